@@ -1,0 +1,26 @@
+# project_add_test(tst_thing SOURCES ... LIBRARIES ... [LABELS ...] [TIMEOUT s] [ENVIRONMENT ...])
+#
+# A QtTest program, run by ctest under its own name: offscreen, with a fixed locale, and killed when it
+# outlives its time. Labels say what it needs: "sim" the camera simulator, "xvfb" a virtual display.
+function(project_add_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    if(NOT ARG_SOURCES)
+        set(ARG_SOURCES ${name}.cpp)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests
+    )
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test Project::Options)
+    target_compile_definitions(${name} PRIVATE PROJECT_BIN_DIR="${PROJECT_BINARY_DIR}/bin")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT}
+        LABELS "${ARG_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;UBSAN_OPTIONS=print_stacktrace=1;${ARG_ENVIRONMENT}"
+    )
+endfunction()
