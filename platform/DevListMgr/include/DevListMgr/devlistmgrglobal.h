@@ -1,0 +1,12 @@
+#ifndef DEVLISTMGR_DEVLISTMGRGLOBAL_H
+#define DEVLISTMGR_DEVLISTMGRGLOBAL_H
+
+#include <QtGlobal>
+
+#if defined(DEVLISTMGR_BUILD)
+#    define DEVLISTMGR_EXPORT Q_DECL_EXPORT
+#else
+#    define DEVLISTMGR_EXPORT Q_DECL_IMPORT
+#endif
+
+#endif
