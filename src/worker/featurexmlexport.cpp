@@ -1,0 +1,95 @@
+#include "qoperatethread.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QTextStream>
+
+#include <KxCameraControl/kxcameracontrol.h>
+
+#include "cameraidentity.h"
+#include "featurefilewriter.h"
+
+namespace {
+
+bool IsExported(const QDomElement &feature, const QString &strName)
+{
+    // Both choose a user set rather than being stored in one: written back they would load it.
+    if (strName == QLatin1String("UserSetDefault") || strName == QLatin1String("UserSetSelector"))
+        return false;
+    const QDomNodeList listStreamable = feature.elementsByTagName(QStringLiteral("Streamable"));
+    return !listStreamable.isEmpty() &&
+           listStreamable.at(0).toElement().text().compare(QLatin1String("Yes"), Qt::CaseInsensitive) == 0;
+}
+
+/// Reads one value with one SDK call. False when the camera refuses it.
+bool ReadValue(void *hDevice, const QString &strType, const QString &strName, QString *pValue)
+{
+    const QByteArray name = strName.toLatin1();
+    int nResult = KX_CC_OK;
+    if (strType == QLatin1String("Boolean")) {
+        bool bValue = false;
+        nResult = KX_CC_GetBoolValue(hDevice, name.constData(), &bValue);
+        *pValue = FeatureFileWriter::BooleanText(bValue);
+    } else if (strType == QLatin1String("Integer") || strType == QLatin1String("IntReg")) {
+        KX_CC_INT_VALUE stValue = {};
+        nResult = KX_CC_GetIntValue(hDevice, name.constData(), &stValue);
+        *pValue = FeatureFileWriter::UnsignedText(stValue.nCurValue);
+    } else if (strType == QLatin1String("Enumeration")) {
+        KX_CC_ENUM_VALUE stValue = {};
+        nResult = KX_CC_GetEnumValue(hDevice, name.constData(), &stValue);
+        *pValue = FeatureFileWriter::UnsignedText(stValue.nCurValue);
+    } else if (strType == QLatin1String("Float")) {
+        KX_CC_FLOAT_VALUE stValue = {};
+        nResult = KX_CC_GetFloatValue(hDevice, name.constData(), &stValue);
+        *pValue = FeatureFileWriter::FloatText(stValue.fCurValue);
+    }
+    return nResult == KX_CC_OK;
+}
+
+void AppendFeatures(void *hDevice, const QMap<QString, QDomElement> &mapFeature, FeatureFileWriter *pWriter)
+{
+    for (const QDomElement &feature : mapFeature) {
+        const QString strType = feature.tagName();
+        const QString strName = feature.attribute(QStringLiteral("Name"));
+        QString strValue;
+        if (IsExported(feature, strName) && ReadValue(hDevice, strType, strName, &strValue))
+            pWriter->AppendFeature(strName, strType, strValue);
+    }
+}
+
+bool WriteText(const QString &strPath, const QString &strText)
+{
+    QFile file(strPath);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8"); // as the text declares; the default would be the locale's
+    stream << strText;
+    stream.flush();
+    file.close();
+    return true;
+}
+
+} // namespace
+
+void QOperateThread::FeatureXmlExport()
+{
+    const auto names = CameraIdentity::FileNameParts(m_stDeviceInfo, CameraIdentity::Reading::FieldWidth);
+    if (!OpenDevice()) {
+        emit SigThreadInfo(m_stDeviceInfo.nDeviceID, tr("Failed to export features.Failed to open device."),
+                           true);
+        return ReleaseThread();
+    }
+    GenerateFeatureXmlMap();
+
+    FeatureFileWriter writer;
+    if (CameraIdentity::HasModelName(m_stDeviceInfo))
+        writer.AppendModelName(CameraIdentity::ModelNameInFile(m_stDeviceInfo));
+    AppendFeatures(m_hDevice, m_mapFeatureXml, &writer);
+
+    if (!WriteText(CameraIdentity::FilePath(m_strFilePath, names), writer.Finish())) {
+        emit SigThreadInfo(m_stDeviceInfo.nDeviceID, tr("Failed to export features.Failed to open File."),
+                           true);
+    }
+    ReleaseThread();
+}
