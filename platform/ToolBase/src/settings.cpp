@@ -19,7 +19,7 @@ QVariant InstallationValue(const QString &key, bool (*isValid)(const QVariant &)
         LumoInterface::readonlyCfgPath() + QStringLiteral("/installation.conf"),
     };
     for (const QString &file : files) {
-        const QVariant value = QSettings(file, QSettings::IniFormat).value(key);
+        QVariant value = QSettings(file, QSettings::IniFormat).value(key);
         if (isValid(value)) {
             return value;
         }
@@ -40,6 +40,7 @@ QString LumoInterface::language()
 
 int LumoInterface::toolsSupportNum()
 {
+    // By way of the text: QVariant's own conversion to int cuts large numbers off instead of refusing them.
     const QVariant value =
         InstallationValue(QStringLiteral("ToolsSupportNum"),
                           [](const QVariant &candidate) { return candidate.toString().toInt() >= 1; });
