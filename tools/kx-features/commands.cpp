@@ -1,0 +1,180 @@
+#include "commands.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTextStream>
+
+#include <unistd.h>
+
+#include <worker/featurefileoutput.h>
+#include <worker/featurefilereader.h>
+
+#include "batch.h"
+#include "camerafinder.h"
+#include "interrupt.h"
+#include "report.h"
+
+namespace {
+
+void Print(FILE *pStream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), pStream);
+    fflush(pStream);
+}
+
+int ListCameras(const CommandLine &command)
+{
+    const QVector<Camera> cameras = FindAllCameras(command.nSearchMs);
+    Print(stdout, command.bJson ? QString::fromUtf8(Report::ListJson(cameras)) : Report::Table(cameras));
+    return ExitSuccess;
+}
+
+// An import never gets past a record that is not streamable, and no deadline ends it: such a file must
+// not reach a worker. Everything else that can be wrong with a file is the worker's to report.
+bool IsImportable(const QString &path, QString *pWhy)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return true;
+    }
+    const std::optional<QString> endless =
+        FeatureFile::FindEndlessRecord(FeatureFile::DecodeText(file.readAll()));
+    if (!endless) {
+        return true;
+    }
+    *pWhy = QStringLiteral("kx-features: %1 cannot be imported: the record \"%2\" is not streamable\n")
+                .arg(path, *endless);
+    return false;
+}
+
+// Shows a running batch on the terminal and its outcome at the end.
+class BatchView
+{
+public:
+    BatchView(const Batch &batch, const QStringList &missing, bool json)
+        : m_batch(batch)
+        , m_missing(missing)
+        , m_bJson(json)
+        , m_bTerminal(isatty(STDERR_FILENO) == 1)
+    {
+    }
+
+    void ShowCamera(int index) const
+    {
+        if (m_bJson) {
+            ShowProgress();
+            return;
+        }
+        ClearProgress();
+        Print(stdout, Report::ResultLine(m_batch.Cameras().at(index), m_batch.Results().at(index)) +
+                          QLatin1Char('\n'));
+        ShowProgress();
+    }
+
+    void ShowEnd() const
+    {
+        ClearProgress();
+        if (m_bJson) {
+            Print(stdout,
+                  QString::fromUtf8(Report::BatchJson(m_batch.Cameras(), m_batch.Results(), m_missing)));
+            return;
+        }
+        for (const QString &what : m_missing) {
+            Print(stdout, Report::MissingLine(what) + QLatin1Char('\n'));
+        }
+    }
+
+    void ShowInterrupted() const
+    {
+        ClearProgress();
+        for (int index = 0; !m_bJson && index < m_batch.Cameras().size(); ++index) {
+            if (!m_batch.Results().at(index).bDone) {
+                ShowCamera(index);
+            }
+        }
+        ShowEnd();
+    }
+
+private:
+    void ShowProgress() const
+    {
+        const int total = m_batch.Cameras().size();
+        if (m_bTerminal && m_batch.DoneCount() < total) {
+            Print(stderr,
+                  QLatin1Char('\r') + Report::Progress(m_batch.DoneCount(), total, m_batch.FailedCount()));
+        }
+    }
+
+    void ClearProgress() const
+    {
+        if (m_bTerminal) {
+            Print(stderr, QStringLiteral("\r\x1b[K")); // to the line's start, erase it
+        }
+    }
+
+    const Batch &m_batch;
+    const QStringList m_missing;
+    const bool m_bJson;
+    const bool m_bTerminal;
+};
+
+// Ends the process now. The helper of each open camera sees that its parent is gone and releases the
+// camera; the gate makes sure that no file is being written at this moment.
+[[noreturn]] void EndInterrupted(const BatchView &view)
+{
+    FeatureFileOutput::Close();
+    view.ShowInterrupted();
+    _exit(ExitInterrupted);
+}
+
+int RunBatch(const CommandLine &command, Batch::Operation operation)
+{
+    const FoundCameras found = FindChosenCameras(command.choice, command.nSearchMs);
+    if (found.cameras.isEmpty() && found.missing.isEmpty()) {
+        Print(stderr, QStringLiteral("kx-features: no camera was found\n"));
+        if (command.bJson) {
+            Print(stdout, QString::fromUtf8(Report::ListJson({})));
+        }
+        return ExitFailure;
+    }
+
+    Batch batch(operation, found.cameras, command.strPath);
+    const BatchView view(batch, found.missing, command.bJson);
+    const Interrupt interrupt;
+    QObject::connect(&batch, &Batch::CameraDone, &batch, [&view](int index) { view.ShowCamera(index); });
+    QObject::connect(&batch, &Batch::Finished, QCoreApplication::instance(), &QCoreApplication::quit);
+    QObject::connect(&interrupt, &Interrupt::Raised, &batch, [&view] { EndInterrupted(view); });
+
+    batch.Start();
+    QCoreApplication::exec();
+    view.ShowEnd();
+    return batch.FailedCount() == 0 && found.missing.isEmpty() ? ExitSuccess : ExitFailure;
+}
+
+} // namespace
+
+int RunCommand(const CommandLine &command)
+{
+    switch (command.action) {
+    case CommandLine::Action::ShowText:
+        Print(stdout, command.strText);
+        return ExitSuccess;
+    case CommandLine::Action::Wrong:
+        Print(stderr, command.strText + QLatin1Char('\n'));
+        return ExitWrongUsage;
+    case CommandLine::Action::List:
+        return ListCameras(command);
+    case CommandLine::Action::Export:
+        return RunBatch(command, Batch::Operation::Export);
+    case CommandLine::Action::Import: {
+        QString why;
+        if (!IsImportable(command.strPath, &why)) {
+            Print(stderr, why);
+            return ExitWrongUsage;
+        }
+        return RunBatch(command, Batch::Operation::Import);
+    }
+    }
+    return ExitWrongUsage;
+}

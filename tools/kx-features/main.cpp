@@ -1,0 +1,16 @@
+#include <QCoreApplication>
+
+#include <ToolBase/lumointerface.h>
+
+#include "commands.h"
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kx-features"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PROJECT_VERSION_TEXT));
+    // What the workers log goes where the window's log goes, not between the lines for the user.
+    LumoInterface::initLog4qtConfig(LumoInterface::readonlyCfgPath() +
+                                    QStringLiteral("/log4qt/log4qt_IEFeatures.conf"));
+    return RunCommand(ParseCommandLine(QCoreApplication::arguments().mid(1)));
+}
