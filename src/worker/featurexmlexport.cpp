@@ -1,12 +1,11 @@
 #include "qoperatethread.h"
 
 #include <QByteArray>
-#include <QFile>
-#include <QTextStream>
 
 #include <KxCameraControl/kxcameracontrol.h>
 
 #include "cameraidentity.h"
+#include "featurefileoutput.h"
 #include "featurefilewriter.h"
 
 namespace {
@@ -57,19 +56,6 @@ void AppendFeatures(void *hDevice, const QMap<QString, QDomElement> &mapFeature,
     }
 }
 
-bool WriteText(const QString &strPath, const QString &strText)
-{
-    QFile file(strPath);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8"); // as the text declares; the default would be the locale's
-    stream << strText;
-    stream.flush();
-    file.close();
-    return true;
-}
-
 } // namespace
 
 void QOperateThread::FeatureXmlExport()
@@ -87,7 +73,7 @@ void QOperateThread::FeatureXmlExport()
         writer.AppendModelName(CameraIdentity::ModelNameInFile(m_stDeviceInfo));
     AppendFeatures(m_hDevice, m_mapFeatureXml, &writer);
 
-    if (!WriteText(CameraIdentity::FilePath(m_strFilePath, names), writer.Finish())) {
+    if (!FeatureFileOutput::Write(CameraIdentity::FilePath(m_strFilePath, names), writer.Finish())) {
         emit SigThreadInfo(m_stDeviceInfo.nDeviceID, tr("Failed to export features.Failed to open File."),
                            true);
     }
