@@ -7,6 +7,7 @@ pkg_check_modules(ARAVIS REQUIRED IMPORTED_TARGET aravis-0.8)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0)
 pkg_check_modules(LOG4CXX REQUIRED IMPORTED_TARGET liblog4cxx)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
 
 if(PROJECT_BUILD_TESTS)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
