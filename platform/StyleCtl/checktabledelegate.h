@@ -1,0 +1,31 @@
+#ifndef STYLECTL_CHECKTABLEDELEGATE_H
+#define STYLECTL_CHECKTABLEDELEGATE_H
+
+#include <QStyledItemDelegate>
+
+class TarnCustomTableWidget;
+
+/// Draws the cells of a TarnCustomTableWidget: row background, check box, icon and text, focus of the row.
+/// The table handles mouse and keyboard itself.
+class CheckTableDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit CheckTableDelegate(TarnCustomTableWidget *pTable);
+
+    void paint(QPainter *pPainter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+    /// Whether the text of a cell does not fit into it.
+    bool IsElided(const QModelIndex &index) const;
+
+private:
+    void DrawBackground(QPainter *pPainter, const QStyleOptionViewItem &option,
+                        const QModelIndex &index) const;
+    void DrawRowFocus(QPainter *pPainter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+
+    const TarnCustomTableWidget *const m_pTable;
+};
+
+#endif

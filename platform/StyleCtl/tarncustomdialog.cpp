@@ -1,0 +1,186 @@
+#include "tarncustomdialog.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "framegrip.h"
+#include "stylepainter.h"
+#include "tarncustomtitlebar.h"
+#include "windowsystem.h"
+
+namespace {
+
+constexpr int nShadowWidth = 10;
+
+} // namespace
+
+TarnCustomDialog::TarnCustomDialog(QWidget *pParent, Qt::WindowFlags flags)
+    : QDialog(pParent, flags | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_pGrip(std::make_unique<FrameGrip>(this))
+{
+    // An alpha channel must be asked for before the window exists; without a compositor everything that is
+    // drawn is opaque, so the window looks the same without one.
+    setAttribute(Qt::WA_TranslucentBackground);
+    setMouseTracking(true);
+    setPalette(StylePainter::LightPalette());
+    m_pTitleBar = new TarnCustomTitleBar(this);
+    m_pFrameLayout = new QVBoxLayout(this);
+    m_pFrameLayout->setSpacing(0);
+    m_pFrameLayout->addWidget(m_pTitleBar);
+    UpdateFrame();
+}
+
+TarnCustomDialog::~TarnCustomDialog() = default;
+
+void TarnCustomDialog::cSetBackgroundColor(const QColor &color, TarnCustom::CtrlState eState)
+{
+    m_mapBackground.insert(eState, color);
+    update();
+}
+
+void TarnCustomDialog::cSetStrechEdges(TarnCustom::StrechEdges edges)
+{
+    m_strechEdges = edges;
+    UpdateFrame();
+}
+
+void TarnCustomDialog::cEnableDefualtShadow(bool bEnable)
+{
+    m_bShadow = bEnable;
+    UpdateFrame();
+}
+
+QMargins TarnCustomDialog::cShadowMargins() const
+{
+    if (!m_bShadow || !m_bCompositing || FillsScreen())
+        return {};
+    return {nShadowWidth, nShadowWidth, nShadowWidth, nShadowWidth};
+}
+
+void TarnCustomDialog::cSetCentralWidget(QWidget *pWidget)
+{
+    if (pWidget == m_pCentralWidget)
+        return;
+    delete m_pCentralWidget;
+    m_pCentralWidget = pWidget;
+    if (!pWidget)
+        return;
+    // Without a cursor of its own the content would inherit the one that stretches the window.
+    if (!pWidget->testAttribute(Qt::WA_SetCursor))
+        pWidget->setCursor(Qt::ArrowCursor);
+    m_pFrameLayout->addWidget(pWidget, 1);
+}
+
+bool TarnCustomDialog::FillsScreen() const
+{
+    return windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen);
+}
+
+QRect TarnCustomDialog::FrameRect() const
+{
+    return rect().marginsRemoved(cShadowMargins());
+}
+
+QColor TarnCustomDialog::BackgroundColor() const
+{
+    const QColor normal = m_mapBackground.value(TarnCustom::StateNormal, StylePainter::Window);
+    return isEnabled() ? normal : m_mapBackground.value(TarnCustom::StateDisabled, normal);
+}
+
+// The content keeps clear of the grip, which must get the mouse itself: children may be native windows.
+void TarnCustomDialog::UpdateFrame()
+{
+    m_bCompositing = WindowSystem::IsCompositing();
+    const int nLine = FillsScreen() ? 0 : 1;
+    const int nGrip = FillsScreen() || !m_strechEdges ? nLine : FrameGrip::nInside;
+    const auto side = [&](TarnCustom::StrechEdges edge) { return (m_strechEdges & edge) ? nGrip : nLine; };
+    const QMargins inner(side(TarnCustom::StrechLeft), side(TarnCustom::StrechTop),
+                         side(TarnCustom::StrechRight), side(TarnCustom::StrechBottom));
+    m_pFrameLayout->setContentsMargins(cShadowMargins() + inner);
+    update();
+}
+
+void TarnCustomDialog::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const QRect frame = FrameRect();
+    if (!cShadowMargins().isNull())
+        StylePainter::DrawShadow(&painter, frame, nShadowWidth);
+    painter.fillRect(frame, BackgroundColor());
+    if (!m_pTitleBar->isHidden()) {
+        // The bar's colours go on over the grip beside it.
+        const int nBottom = m_pTitleBar->geometry().bottom();
+        painter.fillRect(QRect(frame.topLeft(), QPoint(frame.right(), nBottom)), Qt::white);
+        painter.fillRect(QRect(frame.left(), nBottom, frame.width(), 1), StylePainter::Line);
+    }
+    if (FillsScreen())
+        return;
+    painter.setPen(cShadowMargins().isNull() ? StylePainter::Border : StylePainter::Line);
+    painter.drawRect(frame.adjusted(0, 0, -1, -1));
+}
+
+void TarnCustomDialog::showEvent(QShowEvent *pEvent)
+{
+    // Qt disables the dialogs of a window together with the window.
+    setEnabled(true);
+    m_pTitleBar->cUpdateButtons();
+    UpdateFrame();
+    QDialog::showEvent(pEvent);
+}
+
+void TarnCustomDialog::changeEvent(QEvent *pEvent)
+{
+    switch (pEvent->type()) {
+    case QEvent::WindowStateChange:
+    case QEvent::ActivationChange: // a compositor may have come or gone meanwhile
+        UpdateFrame();
+        break;
+    case QEvent::EnabledChange:
+        update();
+        break;
+    default:
+        break;
+    }
+    QDialog::changeEvent(pEvent);
+}
+
+void TarnCustomDialog::keyPressEvent(QKeyEvent *pEvent)
+{
+    if (pEvent->key() == Qt::Key_Space && pEvent->modifiers() == Qt::AltModifier)
+        m_pTitleBar->cShowMenu(m_pTitleBar->mapToGlobal(QPoint(0, m_pTitleBar->height())));
+    else
+        QDialog::keyPressEvent(pEvent);
+}
+
+void TarnCustomDialog::mousePressEvent(QMouseEvent *pEvent)
+{
+    if (pEvent->button() == Qt::LeftButton && !FillsScreen())
+        m_pGrip->Begin(m_pGrip->EdgesAt(pEvent->pos(), FrameRect(), m_strechEdges), pEvent->globalPos());
+}
+
+void TarnCustomDialog::mouseMoveEvent(QMouseEvent *pEvent)
+{
+    if (m_pGrip->IsActive()) {
+        m_pGrip->MoveTo(pEvent->globalPos());
+        return;
+    }
+    const TarnCustom::StrechEdges allowed = FillsScreen() ? TarnCustom::StrechNone : m_strechEdges;
+    const Qt::Edges edges = m_pGrip->EdgesAt(pEvent->pos(), FrameRect(), allowed);
+    if (edges)
+        setCursor(FrameGrip::CursorFor(edges));
+    else
+        unsetCursor();
+}
+
+void TarnCustomDialog::mouseReleaseEvent(QMouseEvent *)
+{
+    m_pGrip->End();
+}
+
+void TarnCustomDialog::leaveEvent(QEvent *pEvent)
+{
+    unsetCursor();
+    QDialog::leaveEvent(pEvent);
+}
