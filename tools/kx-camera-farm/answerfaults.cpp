@@ -1,0 +1,10 @@
+#include "fault.h"
+
+namespace KxFarm {
+
+std::vector<FaultKind> AnswerFaultKinds()
+{
+    return {};
+}
+
+} // namespace KxFarm
