@@ -102,7 +102,6 @@ private:
     void FindNodesThatLeadToNeeded();
 
     const QMap<QString, QDomElement> &m_mapElement;
-    const int m_nNeeded;
     QHash<QString, int> m_ids;
     QVector<QString> m_names;
     QVector<Node> m_nodes; // by name, like the next three
@@ -115,6 +114,7 @@ private:
     int m_nWalk = 0;
     int m_nSteps = 0; // of the current walk
     int m_nBudget = kWalkBudget;
+    const int m_nNeeded; // a name; behind the members that naming it fills
     QVector<bool> m_leadsToNeeded; // by name; filled when the budget is used up
 };
 
