@@ -1,0 +1,49 @@
+#ifndef KXCAMERACONTROL_API_DEVICEHANDLE_H
+#define KXCAMERACONTROL_API_DEVICEHANDLE_H
+
+#include <mutex>
+
+#include "KxCameraControl/kxdeviceinfo.h"
+#include "session/session.h"
+
+namespace kxcc {
+
+/// A camera handle: closed, open or lost, with its helper process while it is open.
+///
+/// Callers keep to one thread at a time; the lock only makes a caller who does not wait.
+class DeviceHandle
+{
+public:
+    explicit DeviceHandle(const KX_CC_DEVICE_INFO &info)
+        : m_info(info)
+    {
+    }
+    DeviceHandle(const DeviceHandle &) = delete;
+    DeviceHandle &operator=(const DeviceHandle &) = delete;
+    ~DeviceHandle() { Close(); }
+
+    int Open();
+    void Close();
+
+    /// Hands a request to the helper.
+    /// @param bReportsProgress  the deadline holds for each feature, and there is no longest time in all
+    /// @return KX_CC_E_NOT_OPEN, KX_CC_E_LOST, the reply's code, or that of the loss
+    int Call(Request &request, Reply &reply, bool bReportsProgress = false);
+
+private:
+    enum class State
+    {
+        Closed,
+        Open,
+        Lost
+    };
+
+    std::mutex m_mutex;
+    const KX_CC_DEVICE_INFO m_info;
+    State m_state = State::Closed;
+    Session m_session;
+};
+
+} // namespace kxcc
+
+#endif

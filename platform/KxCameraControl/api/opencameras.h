@@ -1,0 +1,44 @@
+#ifndef KXCAMERACONTROL_API_OPENCAMERAS_H
+#define KXCAMERACONTROL_API_OPENCAMERAS_H
+
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+#include "KxCameraControl/kxdeviceinfo.h"
+
+namespace kxcc {
+
+/// Which cameras this process has open. Thread-safe; its lock is held for moments only.
+class OpenCameras
+{
+public:
+    static OpenCameras &Instance();
+
+    void Opened(const KX_CC_DEVICE_INFO &info);
+    void Closed(const KX_CC_DEVICE_INFO &info);
+    bool IsOpen(const KX_CC_DEVICE_INFO &info);
+
+    /// A point in the order of openings and closings.
+    uint64_t Now();
+    /// True when the camera is open, or was closed after the point.
+    bool WasOpenSince(const KX_CC_DEVICE_INFO &info, uint64_t nPoint);
+
+private:
+    struct Entry
+    {
+        KX_CC_DEVICE_INFO info;
+        int nHandles;
+        uint64_t nLastClosed;
+    };
+
+    Entry *Find(const KX_CC_DEVICE_INFO &info);
+
+    std::mutex m_mutex;
+    std::vector<Entry> m_entries; ///< every camera that was open once
+    uint64_t m_nNow = 1;
+};
+
+} // namespace kxcc
+
+#endif

@@ -1,0 +1,40 @@
+#ifndef KXCAMERACONTROL_DISCOVERY_GVCPSOCKET_H
+#define KXCAMERACONTROL_DISCOVERY_GVCPSOCKET_H
+
+#include <cstdint>
+#include <vector>
+
+#include "discovery/interfaces.h"
+
+namespace kxcc {
+
+/// An unconnected UDP socket of one interface, for commands to many cameras at once.
+class GvcpSocket
+{
+public:
+    GvcpSocket() = default;
+    GvcpSocket(GvcpSocket &&other) noexcept;
+    GvcpSocket(const GvcpSocket &) = delete;
+    GvcpSocket &operator=(const GvcpSocket &) = delete;
+    ~GvcpSocket();
+
+    /// @return false when the system gives no socket, or not this address
+    bool Open(const Interface &interface);
+    int Descriptor() const { return m_nSocket; }
+
+    /// @param nIp  host order, a broadcast address included
+    bool Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const;
+    /// The next datagram that is there already.
+    /// @return its size; 0 when none is left
+    size_t Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const;
+
+private:
+    bool Bind();
+
+    Interface m_interface;
+    int m_nSocket = -1;
+};
+
+} // namespace kxcc
+
+#endif

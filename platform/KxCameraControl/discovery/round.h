@@ -1,0 +1,54 @@
+#ifndef KXCAMERACONTROL_DISCOVERY_ROUND_H
+#define KXCAMERACONTROL_DISCOVERY_ROUND_H
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+#include "KxCameraControl/kxdeviceinfo.h"
+#include "discovery/gvcpsocket.h"
+#include "protocol/gvcpcodec.h"
+
+namespace kxcc {
+
+/// The record of a camera that answered on an interface; access status unknown. Pure.
+KX_CC_DEVICE_INFO GigeRecord(const DiscoveryAck &ack, const Interface &interface);
+
+/// One round of discovery: asks, collects answers, then reads every camera's access status.
+class Round
+{
+public:
+    /// @return false when no interface could be asked
+    bool Open(const std::vector<Interface> &interfaces);
+
+    /// Broadcasts on every interface, and collects answers for nTimeoutMs. Ends earlier when at least
+    /// nExpected cameras have answered and no more come.
+    void Collect(int nTimeoutMs, size_t nExpected);
+    /// Asks one address instead; ends with its answer.
+    void CollectFrom(uint32_t nIp, int nTimeoutMs);
+    /// Reads the control privilege of every camera found, all at once.
+    void ReadAccess();
+
+    /// The cameras found; one that answered on two interfaces stands once.
+    const std::vector<KX_CC_DEVICE_INFO> &Cameras() const { return m_cameras; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void Ask(uint32_t nIp);
+    void Broadcast();
+    bool Wait(Clock::time_point until);
+    size_t TakeAnswers();
+    void Add(const DiscoveryAck &ack, size_t nInterface);
+    void AskAccess(const std::vector<bool> &answered);
+    size_t TakeAccess(std::vector<bool> &answered);
+
+    std::vector<Interface> m_interfaces;
+    std::vector<GvcpSocket> m_sockets;
+    std::vector<KX_CC_DEVICE_INFO> m_cameras;
+    std::vector<size_t> m_interfaceOf; ///< by camera
+};
+
+} // namespace kxcc
+
+#endif

@@ -1,0 +1,180 @@
+#include "gvcp/gvcpchannel.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace kxcc {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// Five times half a second, as Aravis does: it has proven itself against cameras that are slow after a
+// change of mode, and stays below the deadline of a call.
+constexpr int kAttempts = 5;
+constexpr milliseconds kAttemptTime(500);
+
+sockaddr_in Address(uint32_t nIp, uint16_t nPort)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(nIp);
+    address.sin_port = htons(nPort);
+    return address;
+}
+
+} // namespace
+
+GvcpChannel::~GvcpChannel()
+{
+    if (m_nSocket >= 0)
+        close(m_nSocket);
+}
+
+bool GvcpChannel::Open(uint32_t nInterfaceIp, uint32_t nCameraIp)
+{
+    m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (m_nSocket < 0)
+        return false;
+    const sockaddr_in local = Address(nInterfaceIp, 0);
+    const sockaddr_in camera = Address(nCameraIp, kGvcpPort);
+    // Connected, so that answers come from the camera's own address and port only.
+    return bind(m_nSocket, reinterpret_cast<const sockaddr *>(&local), sizeof local) == 0 &&
+           connect(m_nSocket, reinterpret_cast<const sockaddr *>(&camera), sizeof camera) == 0;
+}
+
+GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack)
+{
+    if (m_bDead)
+        return Result::Timeout;
+    m_nRequestId = m_nRequestId == UINT16_MAX ? 1 : static_cast<uint16_t>(m_nRequestId + 1);
+    bytes[6] = static_cast<uint8_t>(m_nRequestId >> 8);
+    bytes[7] = static_cast<uint8_t>(m_nRequestId);
+    for (int nAttempt = 0; nAttempt < kAttempts; ++nAttempt) {
+        // A send may give the error of an earlier one (port unreachable); the answer tells.
+        if (send(m_nSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
+            usleep(20000);
+        if (!Await(command, ack))
+            continue;
+        if (m_progress)
+            m_progress();
+        if (ack.nStatus == 0)
+            return Result::Ok;
+        m_nLastStatus = ack.nStatus;
+        if (ack.nStatus == kGvcpStatusAccessDenied)
+            ++m_nDenied;
+        return Result::Status;
+    }
+    m_bDead = true;
+    return Result::Timeout;
+}
+
+bool GvcpChannel::Await(GvcpCommand command, GvcpAck &ack)
+{
+    auto end = steady_clock::now() + kAttemptTime;
+    for (;;) {
+        const auto left = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
+        pollfd descriptor{m_nSocket, POLLIN, 0};
+        const int nReady = poll(&descriptor, 1, static_cast<int>(std::max(milliseconds(0), left).count()));
+        if (nReady < 0 && errno == EINTR)
+            continue;
+        if (nReady <= 0)
+            return false;
+        const ssize_t nSize = recv(m_nSocket, m_datagram.data(), m_datagram.size(), MSG_DONTWAIT);
+        if (nSize < 0) {
+            if (errno != ECONNREFUSED)
+                continue;
+            usleep(20000); // nobody listens: no use in waiting out the attempt
+            return false;
+        }
+        const std::optional<GvcpAck> parsed = ParseAck(m_datagram.data(), static_cast<size_t>(nSize));
+        if (!parsed || parsed->nRequestId != m_nRequestId)
+            continue;
+        if (parsed->nCommand == AckOf(command)) {
+            ack = *parsed;
+            return true;
+        }
+        // The caller of the helper bounds how often a camera may ask for more time.
+        if (parsed->nCommand == kGvcpPendingAck)
+            end = steady_clock::now() + kAttemptTime + milliseconds(ParsePendingAck(*parsed).value_or(0));
+    }
+}
+
+GvcpChannel::Result GvcpChannel::ReadRegister(uint32_t nAddress, uint32_t &nValue)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    GvcpAck ack;
+    const Result result = Command(GvcpCommand::ReadRegister, BuildReadRegister(0, nAddress), ack);
+    if (result != Result::Ok)
+        return result;
+    const std::optional<uint32_t> value = ParseRegisterAck(ack);
+    nValue = value.value_or(0);
+    return value ? Result::Ok : Result::Malformed;
+}
+
+GvcpChannel::Result GvcpChannel::WriteRegister(uint32_t nAddress, uint32_t nValue)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    GvcpAck ack;
+    return Command(GvcpCommand::WriteRegister, BuildWriteRegister(0, nAddress, nValue), ack);
+}
+
+GvcpChannel::Result GvcpChannel::ReadMemory(uint32_t nAddress, void *pBuffer, size_t nSize)
+{
+    auto *pBytes = static_cast<uint8_t *>(pBuffer);
+    while (nSize > 0) {
+        const size_t nLead = nAddress % 4;
+        const size_t nPart = std::min(nSize, kGvcpBlockSize - nLead);
+        const size_t nAligned = (nLead + nPart + 3) / 4 * 4;
+        std::array<uint8_t, kGvcpBlockSize> block{};
+        const Result result =
+            ReadBlock(nAddress - static_cast<uint32_t>(nLead), block.data(), static_cast<uint16_t>(nAligned));
+        if (result != Result::Ok)
+            return result;
+        std::memcpy(pBytes, block.data() + nLead, nPart);
+        pBytes += nPart;
+        nAddress += static_cast<uint32_t>(nPart);
+        nSize -= nPart;
+    }
+    return Result::Ok;
+}
+
+GvcpChannel::Result GvcpChannel::ReadBlock(uint32_t nAddress, uint8_t *pBuffer, uint16_t nSize)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    GvcpAck ack;
+    const Result result = Command(GvcpCommand::ReadMemory, BuildReadMemory(0, nAddress, nSize), ack);
+    if (result != Result::Ok)
+        return result;
+    const uint8_t *pData = ParseMemoryAck(ack, nAddress, nSize);
+    if (pData == nullptr)
+        return Result::Malformed;
+    std::memcpy(pBuffer, pData, nSize);
+    return Result::Ok;
+}
+
+GvcpChannel::Result GvcpChannel::WriteMemory(uint32_t nAddress, const void *pData, size_t nSize)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto *pBytes = static_cast<const uint8_t *>(pData);
+    for (size_t nDone = 0; nDone < nSize; nDone += kGvcpBlockSize) {
+        const size_t nPart = std::min(nSize - nDone, kGvcpBlockSize);
+        GvcpAck ack;
+        const Result result =
+            Command(GvcpCommand::WriteMemory,
+                    BuildWriteMemory(0, nAddress + static_cast<uint32_t>(nDone), pBytes + nDone, nPart), ack);
+        if (result != Result::Ok)
+            return result;
+    }
+    return Result::Ok;
+}
+
+} // namespace kxcc

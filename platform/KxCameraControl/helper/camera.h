@@ -1,0 +1,54 @@
+#ifndef KXCAMERACONTROL_HELPER_CAMERA_H
+#define KXCAMERACONTROL_HELPER_CAMERA_H
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <arv.h>
+
+#include "KxCameraControl/kxdeviceinfo.h"
+
+namespace kxcc {
+
+/// An open camera: its transport, its description, and the evaluator of its features.
+///
+/// Lives in the helper's main thread, but for KeepAlive() and Release(), which its watcher calls.
+class Camera
+{
+public:
+    virtual ~Camera() = default;
+
+    /// Opens the camera of the record.
+    ///
+    /// @param progress  called from time to time while the description arrives
+    /// @param camera    Out: the camera; null on failure
+    /// @return KX_CC_OK or what KX_CC_OpenDevice() returns for the failure
+    static int Open(const KX_CC_DEVICE_INFO &info, std::function<void()> progress,
+                    std::unique_ptr<Camera> &camera);
+
+    virtual ArvGc *GenICam() const = 0;
+    /// The cleaned text, without a NUL.
+    virtual const std::string &Description() const = 0;
+
+    /// The code of a camera that can no longer be used, or KX_CC_OK. Costs no access unless the camera has
+    /// just refused one for want of control.
+    virtual int State() = 0;
+
+    /// Keeps the control of the camera while no feature is asked for; call about once a second.
+    virtual void KeepAlive() {}
+    /// Gives up control, so that the camera is free at once. Nothing may be called afterwards.
+    virtual void Release() = 0;
+};
+
+/// A description that was judged good, as evaluator; null when it is no GenICam description.
+/// @param strText  cleaned and judged; must outlive the result
+ArvGc *MakeGenICam(ArvDevice *pDevice, const std::string &strText);
+
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, std::function<void()> progress,
+                                       int &nCode);
+std::unique_ptr<Camera> OpenUsbCamera(const KX_CC_USB_INFO &info, int &nCode);
+
+} // namespace kxcc
+
+#endif

@@ -1,0 +1,204 @@
+#include "helper/camera.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+
+#include "KxCameraControl/kxerrors.h"
+#include "gvcp/gvcpchannel.h"
+#include "helper/gigedevice.h"
+#include "helper/unpack.h"
+#include "protocol/description.h"
+
+namespace kxcc {
+namespace {
+
+using Result = GvcpChannel::Result;
+
+constexpr uint32_t kModeBigEndian = 0x80000000;
+constexpr uint32_t kCapabilityWriteMemory = 0x00000002;
+constexpr size_t kUrlSize = 512;
+
+class GigeCamera : public Camera
+{
+public:
+    ~GigeCamera() override
+    {
+        g_clear_object(&m_pGenICam);
+        g_clear_object(&m_pDevice);
+    }
+
+    /// @return KX_CC_OK or the code of the failure; control may have been taken all the same.
+    int Open(const KX_CC_GIGE_INFO &info, std::function<void()> progress);
+
+    ArvGc *GenICam() const override { return m_pGenICam; }
+    const std::string &Description() const override { return m_strDescription; }
+    int State() override;
+    void KeepAlive() override;
+    void Release() override;
+
+private:
+    int TakeControl();
+    int FetchDescription();
+    int FetchFrom(uint32_t nUrlRegister);
+    int BuildFeatures();
+    bool HasControl();
+
+    GvcpChannel m_channel;
+    KxGigeDevice *m_pDevice = nullptr;
+    ArvGc *m_pGenICam = nullptr;
+    std::string m_strDescription;
+    uint32_t m_nHeartbeatMs = 3000;
+    unsigned int m_nDeniedSeen = 0;
+    std::atomic_bool m_bControls{false};
+    std::atomic_bool m_bControlLost{false};
+};
+
+int CodeOf(Result result)
+{
+    switch (result) {
+    case Result::Ok:
+        return KX_CC_OK;
+    case Result::Timeout:
+        return KX_CC_E_TIMEOUT;
+    default:
+        return KX_CC_E_DEVICE_STATUS;
+    }
+}
+
+int GigeCamera::Open(const KX_CC_GIGE_INFO &info, std::function<void()> progress)
+{
+    if (!m_channel.Open(info.nInterfaceIp, info.nCurrentIp))
+        return KX_CC_E_UNREACHABLE;
+    m_channel.SetProgress(std::move(progress));
+    int nCode = TakeControl();
+    if (nCode == KX_CC_OK)
+        nCode = FetchDescription();
+    if (nCode == KX_CC_OK)
+        nCode = BuildFeatures();
+    m_channel.SetProgress(nullptr);
+    return nCode;
+}
+
+/// Control first: a camera that another application holds is left alone, and one that is silent shows it
+/// before anything else is asked of it.
+int GigeCamera::TakeControl()
+{
+    const Result result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
+    if (result == Result::Timeout)
+        return KX_CC_E_UNREACHABLE;
+    if (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied)
+        return KX_CC_E_ACCESS_DENIED;
+    if (result != Result::Ok)
+        return KX_CC_E_DEVICE_STATUS;
+    m_bControls = true;
+    // A camera can acknowledge the write and yet keep its holder.
+    uint32_t nPrivilege = 0;
+    if (m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege) == Result::Ok &&
+        (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) == 0) {
+        m_bControls = false;
+        return KX_CC_E_ACCESS_DENIED;
+    }
+    uint32_t nHeartbeatMs = 0;
+    if (m_channel.ReadRegister(kRegisterHeartbeatTimeout, nHeartbeatMs) == Result::Ok && nHeartbeatMs > 0)
+        m_nHeartbeatMs = nHeartbeatMs;
+    return m_channel.IsDead() ? KX_CC_E_TIMEOUT : KX_CC_OK;
+}
+
+int GigeCamera::FetchDescription()
+{
+    int nCode = FetchFrom(kRegisterDescriptionUrl0);
+    if (nCode == KX_CC_E_DESCRIPTION)
+        nCode = FetchFrom(kRegisterDescriptionUrl1);
+    return nCode;
+}
+
+int GigeCamera::FetchFrom(uint32_t nUrlRegister)
+{
+    std::array<char, kUrlSize> text{};
+    Result result = m_channel.ReadMemory(nUrlRegister, text.data(), text.size());
+    if (result != Result::Ok)
+        return result == Result::Timeout ? KX_CC_E_TIMEOUT : KX_CC_E_DESCRIPTION;
+    const auto url = ParseDescriptionUrl(std::string(text.data(), text.size()));
+    if (!url)
+        return KX_CC_E_DESCRIPTION;
+    std::string strFile(url->nSize, '\0');
+    result = m_channel.ReadMemory(url->nAddress, strFile.data(), strFile.size());
+    if (result != Result::Ok)
+        return CodeOf(result);
+    // Some cameras name a packed description ".xml"; the archive's own mark tells.
+    if (url->bZip || strFile.compare(0, 4, "PK\x03\x04") == 0)
+        strFile = UnpackFirstFile(strFile);
+    m_strDescription = CleanDescription(std::move(strFile));
+    return JudgeDescription(m_strDescription) == DescriptionVerdict::Good ? KX_CC_OK : KX_CC_E_DESCRIPTION;
+}
+
+int GigeCamera::BuildFeatures()
+{
+    m_pDevice = kx_gige_device_new(&m_channel);
+    m_pGenICam = MakeGenICam(ARV_DEVICE(m_pDevice), m_strDescription);
+    if (m_pGenICam == nullptr)
+        return KX_CC_E_DESCRIPTION;
+    uint32_t nMode = 0;
+    uint32_t nCapability = 0;
+    m_channel.ReadRegister(kRegisterDeviceMode, nMode);
+    m_channel.ReadRegister(kRegisterCapability, nCapability);
+    // Only a big-endian camera's memory has the bytes that a register command would carry.
+    const bool bWriteMemory = (nCapability & kCapabilityWriteMemory) != 0 || (nMode & kModeBigEndian) == 0;
+    auto *pRoot =
+        ARV_GC_REGISTER_DESCRIPTION_NODE(arv_dom_document_get_document_element(ARV_DOM_DOCUMENT(m_pGenICam)));
+    const bool bSchema10 = arv_gc_register_description_node_compare_schema_version(pRoot, 1, 1, 0) < 0;
+    kx_gige_device_set_commands(m_pDevice, bWriteMemory, bSchema10);
+    return m_channel.IsDead() ? KX_CC_E_TIMEOUT : KX_CC_OK;
+}
+
+int GigeCamera::State()
+{
+    if (m_channel.IsDead())
+        return KX_CC_E_TIMEOUT;
+    if (m_channel.DeniedCount() != m_nDeniedSeen && !HasControl())
+        m_bControlLost = true;
+    m_nDeniedSeen = m_channel.DeniedCount();
+    return m_bControlLost ? KX_CC_E_LOST : KX_CC_OK;
+}
+
+/// Writes the heartbeat time-out as it is: harmless, and allowed to the application in control only. The
+/// privilege register cannot tell, because it does not say who is in control.
+bool GigeCamera::HasControl()
+{
+    return m_channel.WriteRegister(kRegisterHeartbeatTimeout, m_nHeartbeatMs) != Result::Status ||
+           m_channel.LastStatus() != kGvcpStatusAccessDenied;
+}
+
+void GigeCamera::KeepAlive()
+{
+    if (!m_bControls || m_channel.IsDead())
+        return;
+    uint32_t nPrivilege = 0;
+    const Result result = m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege);
+    const bool bGone = result == Result::Ok && (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) == 0;
+    if (bGone || (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied))
+        m_bControlLost = true;
+}
+
+void GigeCamera::Release()
+{
+    if (m_bControls.exchange(false) && !m_bControlLost && !m_channel.IsDead())
+        m_channel.WriteRegister(kRegisterControlPrivilege, 0);
+}
+
+} // namespace
+
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, std::function<void()> progress,
+                                       int &nCode)
+{
+    auto camera = std::make_unique<GigeCamera>();
+    nCode = camera->Open(info, std::move(progress));
+    if (nCode != KX_CC_OK) {
+        camera->Release();
+        camera.reset();
+    }
+    return camera;
+}
+
+} // namespace kxcc

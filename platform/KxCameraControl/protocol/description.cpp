@@ -1,0 +1,142 @@
+#include "protocol/description.h"
+
+#include "protocol/frame.h"
+
+#include <glib.h>
+
+namespace kxcc {
+namespace {
+
+bool StartsWith(const std::string &strText, size_t nPos, const char *szWhat)
+{
+    return strText.compare(nPos, std::char_traits<char>::length(szWhat), szWhat) == 0;
+}
+
+std::optional<uint32_t> ParseHex(std::string strNumber)
+{
+    if (strNumber.size() > 2 && strNumber[0] == '0' && (strNumber[1] == 'x' || strNumber[1] == 'X'))
+        strNumber.erase(0, 2);
+    guint64 nValue = 0;
+    if (g_ascii_string_to_unsigned(strNumber.c_str(), 16, 0, UINT32_MAX, &nValue, nullptr) == FALSE)
+        return std::nullopt;
+    return static_cast<uint32_t>(nValue);
+}
+
+std::string Lower(const std::string &strText)
+{
+    gchar *szLower = g_ascii_strdown(strText.c_str(), static_cast<gssize>(strText.size()));
+    std::string strLower(szLower);
+    g_free(szLower);
+    return strLower;
+}
+
+std::string FromUtf16(const std::string &strText, const char *szEncoding)
+{
+    gsize nWritten = 0;
+    gchar *pUtf8 = g_convert(strText.data() + 2, static_cast<gssize>(strText.size() - 2), "UTF-8", szEncoding,
+                             nullptr, &nWritten, nullptr);
+    if (pUtf8 == nullptr)
+        return {};
+    std::string strUtf8(pUtf8, nWritten);
+    g_free(pUtf8);
+    // The declaration would name the encoding that the text no longer has.
+    const size_t nEnd = strUtf8.find("?>");
+    if (StartsWith(strUtf8, 0, "<?xml") && nEnd != std::string::npos)
+        strUtf8.replace(0, nEnd + 2, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+    return strUtf8;
+}
+
+/// Position behind the end of the tag that begins at nPos, minding '>' inside quotes; npos when none.
+size_t EndOfTag(const std::string &strText, size_t nPos)
+{
+    char cQuote = '\0';
+    for (; nPos < strText.size(); ++nPos) {
+        const char c = strText[nPos];
+        if (cQuote != '\0') {
+            if (c == cQuote)
+                cQuote = '\0';
+        } else if (c == '"' || c == '\'') {
+            cQuote = c;
+        } else if (c == '>') {
+            return nPos + 1;
+        }
+    }
+    return std::string::npos;
+}
+
+size_t Behind(const std::string &strText, size_t nPos, const char *szEnd)
+{
+    const size_t nFound = strText.find(szEnd, nPos);
+    return nFound == std::string::npos ? nFound : nFound + std::char_traits<char>::length(szEnd);
+}
+
+} // namespace
+
+std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string &strUrl)
+{
+    const std::string strText = strUrl.substr(0, strUrl.find('\0'));
+    const size_t nFirst = strText.find(';');
+    const size_t nSecond = nFirst == std::string::npos ? nFirst : strText.find(';', nFirst + 1);
+    if (nSecond == std::string::npos || Lower(strText.substr(0, 6)) != "local:")
+        return std::nullopt;
+    // A schema version may follow: "...;length?SchemaVersion=1.1.0".
+    const size_t nEnd = strText.find_first_of("?; \t\r\n", nSecond + 1);
+    const auto nAddress = ParseHex(strText.substr(nFirst + 1, nSecond - nFirst - 1));
+    const auto nSize = ParseHex(
+        strText.substr(nSecond + 1, nEnd == std::string::npos ? std::string::npos : nEnd - nSecond - 1));
+    if (!nAddress || !nSize || *nSize == 0 || *nSize > kMaxText || *nAddress > UINT32_MAX - *nSize)
+        return std::nullopt;
+    const std::string strName = Lower(strText.substr(0, nFirst));
+    const bool bZip = strName.size() >= 4 && strName.compare(strName.size() - 4, 4, ".zip") == 0;
+    return DescriptionUrl{*nAddress, *nSize, bZip};
+}
+
+std::string CleanDescription(std::string strText)
+{
+    if (StartsWith(strText, 0, "\xFF\xFE"))
+        strText = FromUtf16(strText, "UTF-16LE");
+    else if (StartsWith(strText, 0, "\xFE\xFF"))
+        strText = FromUtf16(strText, "UTF-16BE");
+    size_t nStart = strText.find("<?xml");
+    if (nStart == std::string::npos)
+        nStart = strText.find('<');
+    if (nStart == std::string::npos)
+        return {};
+    strText.erase(0, nStart);
+    strText.erase(strText.find_last_not_of('\0') + 1);
+    return strText;
+}
+
+DescriptionVerdict JudgeDescription(const std::string &strText)
+{
+    if (strText.empty())
+        return DescriptionVerdict::Empty;
+    if (strText.size() > kMaxText)
+        return DescriptionVerdict::TooLong;
+    int nDepth = 0;
+    size_t nPos = 0;
+    while ((nPos = strText.find('<', nPos)) != std::string::npos) {
+        if (StartsWith(strText, nPos, "<!--")) {
+            nPos = Behind(strText, nPos + 4, "-->");
+        } else if (StartsWith(strText, nPos, "<![CDATA[")) {
+            nPos = Behind(strText, nPos, "]]>");
+        } else if (StartsWith(strText, nPos, "<?")) {
+            nPos = Behind(strText, nPos, "?>");
+        } else if (StartsWith(strText, nPos, "<!")) {
+            return DescriptionVerdict::DocumentType;
+        } else {
+            const bool bClosing = StartsWith(strText, nPos, "</");
+            nPos = EndOfTag(strText, nPos);
+            const bool bEmptyElement = nPos != std::string::npos && !bClosing && strText[nPos - 2] == '/';
+            if (!bEmptyElement)
+                nDepth += bClosing ? -1 : 1;
+        }
+        if (nPos == std::string::npos || nDepth < 0)
+            return DescriptionVerdict::NotWellFormed;
+        if (nDepth > kMaxNesting)
+            return DescriptionVerdict::TooDeep;
+    }
+    return nDepth == 0 ? DescriptionVerdict::Good : DescriptionVerdict::NotWellFormed;
+}
+
+} // namespace kxcc

@@ -1,0 +1,114 @@
+#include "session/session.h"
+
+#include <cerrno>
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include "KxCameraControl/kxerrors.h"
+#include "session/waitclock.h"
+
+namespace kxcc {
+
+using std::chrono::hours;
+using std::chrono::milliseconds;
+
+int Session::Call(Request &request, Reply &reply, int nDeadlineMs, int nLongestMs)
+{
+    if (!IsRunning())
+        return KX_CC_E_SESSION_ENDED;
+    request.nSerial = ++m_nSerial;
+    WaitClock clock(Pid(), milliseconds(nDeadlineMs),
+                    nLongestMs > 0 ? milliseconds(nLongestMs) : milliseconds(hours(24)));
+    clock.Restart();
+    const Outcome outcome = Exchange(request, reply, clock);
+    if (outcome == Outcome::Done)
+        return reply.nCode;
+    Kill();
+    return outcome == Outcome::Expired ? KX_CC_E_TIMEOUT : KX_CC_E_SESSION_ENDED;
+}
+
+Session::Outcome Session::Exchange(Request &request, Reply &reply, WaitClock &clock)
+{
+    Outcome outcome = Send(EncodeRequest(request), clock);
+    while (outcome == Outcome::Done) {
+        outcome = Receive(reply, clock);
+        if (outcome == Outcome::Done && !reply.bProgress)
+            return reply.nSerial == request.nSerial ? outcome : Outcome::Ended;
+        clock.Restart();
+    }
+    return outcome;
+}
+
+Session::Outcome Session::Send(const std::vector<uint8_t> &bytes, WaitClock &clock)
+{
+    size_t nSent = 0;
+    while (nSent < bytes.size()) {
+        const ssize_t n =
+            send(m_process.Socket(), bytes.data() + nSent, bytes.size() - nSent, MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (n > 0) {
+            nSent += static_cast<size_t>(n);
+        } else if (errno == EAGAIN) {
+            const Outcome outcome = WaitFor(POLLOUT, clock);
+            if (outcome != Outcome::Done)
+                return outcome;
+        } else if (errno != EINTR) {
+            return Outcome::Ended;
+        }
+    }
+    return Outcome::Done;
+}
+
+Session::Outcome Session::Receive(Reply &reply, WaitClock &clock)
+{
+    std::array<uint8_t, kFrameHeadSize> bytes{};
+    Outcome outcome = ReadExactly(bytes.data(), bytes.size(), clock);
+    if (outcome != Outcome::Done)
+        return outcome;
+    const std::optional<FrameHead> head = DecodeHead(bytes);
+    if (!head)
+        return Outcome::Ended; // a helper that no longer keeps to the protocol is as good as dead
+    std::vector<uint8_t> body(head->nBody);
+    outcome = ReadExactly(body.data(), body.size(), clock);
+    if (outcome != Outcome::Done)
+        return outcome;
+    std::optional<Reply> decoded = DecodeReply(body);
+    if (!decoded)
+        return Outcome::Ended;
+    reply = std::move(*decoded);
+    reply.blob.resize(head->nBlob);
+    return ReadExactly(reply.blob.data(), reply.blob.size(), clock);
+}
+
+Session::Outcome Session::ReadExactly(void *pBuffer, size_t nSize, WaitClock &clock)
+{
+    auto *pBytes = static_cast<uint8_t *>(pBuffer);
+    size_t nDone = 0;
+    while (nDone < nSize) {
+        const Outcome outcome = WaitFor(POLLIN, clock);
+        if (outcome != Outcome::Done)
+            return outcome;
+        const ssize_t n = recv(m_process.Socket(), pBytes + nDone, nSize - nDone, MSG_DONTWAIT);
+        if (n > 0)
+            nDone += static_cast<size_t>(n);
+        else if (n == 0 || (errno != EAGAIN && errno != EINTR))
+            return Outcome::Ended;
+    }
+    return Outcome::Done;
+}
+
+Session::Outcome Session::WaitFor(short nEvents, WaitClock &clock)
+{
+    for (;;) {
+        pollfd descriptor{m_process.Socket(), nEvents, 0};
+        const int nReady = poll(&descriptor, 1, static_cast<int>(clock.NextLook().count()));
+        if (nReady > 0)
+            return Outcome::Done;
+        if (nReady < 0 && errno != EINTR)
+            return Outcome::Ended;
+        if (nReady == 0 && clock.HasExpired())
+            return Outcome::Expired;
+    }
+}
+
+} // namespace kxcc
