@@ -6,6 +6,13 @@
 #include "stylepainter.h"
 #include "tarncustomtablewidget.h"
 
+namespace {
+
+// Puts the texts of the cells below those of the header.
+constexpr int nTextIndent = 3;
+
+} // namespace
+
 CheckTableDelegate::CheckTableDelegate(TarnCustomTableWidget *pTable)
     : QStyledItemDelegate(pTable)
     , m_pTable(pTable)
@@ -20,7 +27,7 @@ void CheckTableDelegate::DrawBackground(QPainter *pPainter, const QStyleOptionVi
         option.features & QStyleOptionViewItem::Alternate ? StylePainter::BaseAlternate : StylePainter::Base;
     const QVariant own = index.data(Qt::BackgroundRole);
     if (option.state & QStyle::State_Selected)
-        color = bEnabled ? StylePainter::AccentSoft : QColor(0xec, 0xee, 0xf1);
+        color = bEnabled && m_pTable->hasFocus() ? StylePainter::AccentSoft : StylePainter::Unfocused;
     else if (bEnabled && index.row() == m_pTable->m_nHoverRow)
         color = StylePainter::AccentPale;
     else if (own.canConvert<QBrush>())
@@ -64,8 +71,16 @@ void CheckTableDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &o
     content.features &= ~QStyleOptionViewItem::Alternate;
     content.backgroundBrush = Qt::NoBrush;
     content.textElideMode = Qt::ElideRight;
-    if (content.text.isEmpty() && !content.icon.isNull())
-        content.decorationAlignment = Qt::AlignCenter;
+    if (content.text.isEmpty() && !content.icon.isNull()) {
+        const bool bEnabled = content.state & QStyle::State_Enabled;
+        content.icon.paint(pPainter, option.rect, Qt::AlignCenter,
+                           bEnabled ? QIcon::Normal : QIcon::Disabled);
+        return;
+    }
+    content.rect.adjust(nTextIndent, 0, 0, 0);
+    // What a row says is still to be read while the window cannot be used.
+    if (!index.data(Qt::ForegroundRole).isValid())
+        content.palette.setColor(QPalette::Disabled, QPalette::Text, StylePainter::TextWeak);
     m_pTable->style()->drawControl(QStyle::CE_ItemViewItem, &content, pPainter, m_pTable);
 }
 
@@ -75,5 +90,5 @@ bool CheckTableDelegate::IsElided(const QModelIndex &index) const
     option.initFrom(m_pTable);
     option.font = m_pTable->font();
     option.fontMetrics = m_pTable->fontMetrics();
-    return sizeHint(option, index).width() > m_pTable->visualRect(index).width();
+    return sizeHint(option, index).width() + nTextIndent > m_pTable->visualRect(index).width();
 }

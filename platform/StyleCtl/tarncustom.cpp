@@ -46,6 +46,7 @@ QString TarnCustom::getExistingDirectory(QWidget *pParent, const QString &captio
     dialog.setObjectName(QStringLiteral("ExistingDirectoryDlg"));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOptions(options);
+    dialog.resize(760, 480);
     SetTexts(&dialog);
     if (dialog.exec() != QDialog::Accepted)
         return {};

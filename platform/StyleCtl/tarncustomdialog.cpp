@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "framegrip.h"
@@ -99,6 +100,8 @@ void TarnCustomDialog::UpdateFrame()
     const QMargins inner(side(TarnCustom::StrechLeft), side(TarnCustom::StrechTop),
                          side(TarnCustom::StrechRight), side(TarnCustom::StrechBottom));
     m_pFrameLayout->setContentsMargins(cShadowMargins() + inner);
+    if (m_bShadow && windowHandle())
+        WindowSystem::SetShadowMargins(windowHandle(), cShadowMargins());
     update();
 }
 
@@ -127,7 +130,24 @@ void TarnCustomDialog::showEvent(QShowEvent *pEvent)
     setEnabled(true);
     m_pTitleBar->cUpdateButtons();
     UpdateFrame();
+    const bool bPlace = !pEvent->spontaneous() && !testAttribute(Qt::WA_Moved) && !FillsScreen();
+    if (bPlace)
+        PlaceInCentre();
     QDialog::showEvent(pEvent);
+    if (bPlace)
+        setAttribute(Qt::WA_Moved, false); // not the user's choice: the next show centres again
+}
+
+// QDialog would leave room for a window frame that this window does not have.
+void TarnCustomDialog::PlaceInCentre()
+{
+    const QWidget *pOwner = parentWidget() ? parentWidget()->window() : nullptr;
+    const QRect available = screen()->availableGeometry();
+    QRect place = rect();
+    place.moveCenter(pOwner && pOwner->isVisible() ? pOwner->geometry().center() : available.center());
+    const QPoint most = available.bottomRight() - QPoint(width() - 1, height() - 1);
+    move(qMax(available.left(), qMin(place.left(), most.x())),
+         qMax(available.top(), qMin(place.top(), most.y())));
 }
 
 void TarnCustomDialog::changeEvent(QEvent *pEvent)

@@ -21,11 +21,9 @@ void TarnCustomLabel::cSetFontColor(const QColor &color, TarnCustom::CtrlState e
         m_disabledColor = color;
         colors.setColor(QPalette::Disabled, QPalette::WindowText, color);
     } else if (eState == TarnCustom::StateNormal) {
-        QColor pale = color;
-        pale.setAlphaF(color.alphaF() * 0.6);
         colors.setColor(QPalette::WindowText, color);
         colors.setColor(QPalette::Disabled, QPalette::WindowText,
-                        m_disabledColor.isValid() ? m_disabledColor : pale);
+                        m_disabledColor.isValid() ? m_disabledColor : color);
     }
     setPalette(colors);
 }

@@ -28,7 +28,6 @@ TarnCustomSaveDoneHintDlg::TarnCustomSaveDoneHintDlg(QWidget *pParent, const QSt
     m_pPath = new QLineEdit;
     m_pPath->setObjectName(QStringLiteral("SaveDonePath"));
     m_pPath->setReadOnly(true);
-    m_pPath->setMinimumWidth(320);
     m_pError = new TarnCustomLabel;
     m_pError->setObjectName(QStringLiteral("SaveDoneError"));
     m_pError->cSetFontColor(StylePainter::ErrorRed);
@@ -74,6 +73,8 @@ void TarnCustomSaveDoneHintDlg::SetMsgText(const QString &text, const QString &p
     m_pText->setText(text);
     m_pPath->setText(path);
     m_pPath->setToolTip(path);
+    m_pPath->setMinimumWidth(qBound(320, m_pPath->fontMetrics().horizontalAdvance(path) + 24, 560));
+    m_pPath->setCursorPosition(0);
     m_pPath->setVisible(!path.isEmpty());
     m_pOpenBtn->setVisible(!path.isEmpty());
     m_pError->hide();

@@ -1,16 +1,18 @@
 #include "tarncustomsortheaderview.h"
 
+#include <QHelpEvent>
 #include <QHoverEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QToolTip>
 
 #include "stylepainter.h"
 
 namespace {
 
-constexpr int nPadding = 8;
-constexpr int nArrowWidth = 8;
+constexpr int nPadding = 6;
+constexpr int nArrowWidth = 10;
 
 void DrawArrow(QPainter *pPainter, const QRectF &place, bool bUp)
 {
@@ -152,6 +154,9 @@ bool TarnCustomSortHeaderView::viewportEvent(QEvent *pEvent)
     case QEvent::HoverMove:
         SetHoverSection(logicalIndexAt(static_cast<QHoverEvent *>(pEvent)->pos()));
         break;
+    case QEvent::ToolTip:
+        ShowWholeText(static_cast<QHelpEvent *>(pEvent));
+        return true;
     case QEvent::HoverLeave:
     case QEvent::Hide:
         SetHoverSection(-1);
@@ -160,6 +165,18 @@ bool TarnCustomSortHeaderView::viewportEvent(QEvent *pEvent)
         break;
     }
     return QHeaderView::viewportEvent(pEvent);
+}
+
+// A section's own tool tip, else its text when that does not fit.
+void TarnCustomSortHeaderView::ShowWholeText(QHelpEvent *pHelp)
+{
+    const int nSection = logicalIndexAt(pHelp->pos());
+    if (!model() || nSection < 0)
+        return;
+    QString tip = model()->headerData(nSection, orientation(), Qt::ToolTipRole).toString();
+    if (tip.isEmpty() && sectionSizeFromContents(nSection).width() > sectionSize(nSection))
+        tip = model()->headerData(nSection, orientation()).toString();
+    QToolTip::showText(pHelp->globalPos(), tip, viewport());
 }
 
 void TarnCustomSortHeaderView::SetHoverSection(int nSection)
@@ -173,9 +190,7 @@ void TarnCustomSortHeaderView::SetHoverSection(int nSection)
 QSize TarnCustomSortHeaderView::sectionSizeFromContents(int nSection) const
 {
     const QString text = model() ? model()->headerData(nSection, orientation()).toString() : QString();
-    const int nArrow = isSortEnabled(nSection) ? nArrowWidth + nPadding : 0;
-    return {fontMetrics().horizontalAdvance(text) + 2 * nPadding + nArrow,
-            fontMetrics().height() + 2 * nPadding};
+    return {fontMetrics().horizontalAdvance(text) + 2 * nPadding, fontMetrics().height() + 2 * nPadding};
 }
 
 void TarnCustomSortHeaderView::paintEvent(QPaintEvent *pEvent)
@@ -206,10 +221,10 @@ void TarnCustomSortHeaderView::paintSection(QPainter *pPainter, const QRect &rec
         pPainter->fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), StylePainter::Line);
     QRect content = rect.adjusted(nPadding, 0, -nPadding, 0);
     if (nSection == m_nSortSection) {
-        const QRectF arrow(content.right() - nArrowWidth + 1, rect.center().y() - 2, nArrowWidth, 5);
+        // Above the text: narrow columns have no room beside it.
+        const QRectF arrow(rect.center().x() - nArrowWidth / 2.0, rect.top() + 3, nArrowWidth, 5);
         pPainter->setRenderHint(QPainter::Antialiasing);
         DrawArrow(pPainter, arrow, m_bSortAscending);
-        content.setRight(int(arrow.left()) - 4);
     }
     paintContent(pPainter, content, nSection);
     if (hasFocus() && nSection == focusSection())

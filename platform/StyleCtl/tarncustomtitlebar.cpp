@@ -176,29 +176,49 @@ void TarnCustomTitleBar::paintEvent(QPaintEvent *)
 
 void TarnCustomTitleBar::mousePressEvent(QMouseEvent *pEvent)
 {
-    m_bPressed = pEvent->button() == Qt::LeftButton;
     m_pressPos = pEvent->globalPos();
+    m_eDrag = pEvent->button() == Qt::LeftButton ? Drag::Pressed : Drag::None;
 }
 
 void TarnCustomTitleBar::mouseMoveEvent(QMouseEvent *pEvent)
 {
-    if (m_bOwnMove) {
-        window()->move(pEvent->globalPos() + m_windowOffset);
-        return;
+    const QPoint pos = pEvent->globalPos();
+    switch (m_eDrag) {
+    case Drag::None:
+        break;
+    case Drag::Pressed:
+        // Only a real drag moves: the window manager takes the mouse over, and a double click would be lost.
+        if ((pos - m_pressPos).manhattanLength() >= QApplication::startDragDistance())
+            BeginMove(pos);
+        break;
+    case Drag::Grabbing:
+        window()->windowHandle()->setMouseGrabEnabled(false);
+        MoveWindow(pos);
+        break;
+    case Drag::OwnMove:
+        window()->move(pos + m_windowOffset);
+        break;
     }
-    // Only a real drag moves: the window manager takes the mouse over, and a double click would be lost.
-    const int nFar = (pEvent->globalPos() - m_pressPos).manhattanLength();
-    if (m_bPressed && nFar >= QApplication::startDragDistance())
-        BeginMove(pEvent->globalPos());
 }
 
+// When this bar is a native window of its own, the top-level window has not seen the mouse, and would tell
+// the window manager a wrong place where it was grabbed. So it gets the mouse first.
 void TarnCustomTitleBar::BeginMove(const QPoint &globalPos)
 {
-    m_bPressed = false;
+    QWindow *pTopLevel = window()->windowHandle();
+    if (windowHandle() && pTopLevel && pTopLevel->setMouseGrabEnabled(true))
+        m_eDrag = Drag::Grabbing;
+    else
+        MoveWindow(globalPos);
+}
+
+void TarnCustomTitleBar::MoveWindow(const QPoint &globalPos)
+{
     QWidget *pWindow = window();
+    m_eDrag = Drag::None;
     if (pWindow->windowHandle() && pWindow->windowHandle()->startSystemMove())
         return;
-    m_bOwnMove = true;
+    m_eDrag = Drag::OwnMove;
     m_windowOffset = pWindow->pos() - m_pressPos;
     if (pWindow->isMaximized()) {
         // The window comes off the screen's edges under the mouse, which keeps its share of the bar.
@@ -211,8 +231,9 @@ void TarnCustomTitleBar::BeginMove(const QPoint &globalPos)
 
 void TarnCustomTitleBar::mouseReleaseEvent(QMouseEvent *)
 {
-    m_bPressed = false;
-    m_bOwnMove = false;
+    if (m_eDrag == Drag::Grabbing)
+        window()->windowHandle()->setMouseGrabEnabled(false);
+    m_eDrag = Drag::None;
 }
 
 void TarnCustomTitleBar::mouseDoubleClickEvent(QMouseEvent *pEvent)

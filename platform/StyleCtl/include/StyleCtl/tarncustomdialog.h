@@ -63,6 +63,7 @@ protected:
 
 private:
     void UpdateFrame();
+    void PlaceInCentre();
     bool FillsScreen() const;
     QRect FrameRect() const;
     QColor BackgroundColor() const;

@@ -16,8 +16,9 @@ public:
     explicit TarnCustomLabel(QWidget *pParent = nullptr);
     explicit TarnCustomLabel(const QString &text, QWidget *pParent = nullptr);
 
-    /// Normal or disabled; the other states have no colour of their own. Disabled is a paler shade of the
-    /// normal colour until it is set.
+    /// Normal or disabled; the other states have no colour of their own. Disabled follows the normal colour
+    /// until it is set: a label tells something also while its window cannot be used, such as a count that
+    /// goes on.
     void cSetFontColor(const QColor &color, TarnCustom::CtrlState eState = TarnCustom::StateNormal);
     QColor cFontColor(TarnCustom::CtrlState eState = TarnCustom::StateNormal) const;
 

@@ -59,6 +59,7 @@ private:
     void MoveFocus(int nStep);
     int NextVisible(int nVisualIndex, int nStep) const;
     void SetHoverSection(int nSection);
+    void ShowWholeText(QHelpEvent *pHelp);
 
     QSet<int> m_setSortable;
     int m_nSortSection = -1;

@@ -55,14 +55,22 @@ private:
     void SetTexts();
     void ToggleMaximized();
     void BeginMove(const QPoint &globalPos);
+    void MoveWindow(const QPoint &globalPos);
     QIcon ShownIcon() const;
+
+    enum class Drag
+    {
+        None,
+        Pressed,  // the left button is down, the mouse not yet dragged
+        Grabbing, // the top-level window is to get the next mouse event
+        OwnMove,  // the window manager does not answer: we follow the mouse
+    };
 
     QString m_strText;
     QIcon m_icon;
-    QPoint m_pressPos;       // global, where the left button went down
-    QPoint m_windowOffset;   // window position minus mouse position during a move of our own
-    bool m_bPressed = false; // left button is down, no move begun
-    bool m_bOwnMove = false; // the window manager does not answer: we follow the mouse
+    QPoint m_pressPos;     // global, where the left button went down
+    QPoint m_windowOffset; // window position minus mouse position during a move of our own
+    Drag m_eDrag = Drag::None;
     TitleBarButton *m_pMinimizeBtn = nullptr;
     TitleBarButton *m_pMaximizeBtn = nullptr;
     TitleBarButton *m_pCloseBtn = nullptr;
