@@ -114,7 +114,7 @@ private:
     int m_nWalk = 0;
     int m_nSteps = 0; // of the current walk
     int m_nBudget = kWalkBudget;
-    const int m_nNeeded; // a name; behind the members that naming it fills
+    const int m_nNeeded;           // a name; behind the members that naming it fills
     QVector<bool> m_leadsToNeeded; // by name; filled when the budget is used up
 };
 

@@ -1,0 +1,106 @@
+#ifndef TESTS_SUPPORT_WORKERUNDERTEST_H
+#define TESTS_SUPPORT_WORKERUNDERTEST_H
+
+#include <QStringList>
+
+#include <cstring>
+
+#include <worker/qoperatethread.h>
+
+/// A worker whose inner parts are open to tests, and which notes its signals in their order:
+/// "begin 7 3", "failed 7 TEXT", "info 7 TEXT", "end 7 3 PATH". Use Events() in the thread of run(), or
+/// when it has finished.
+class WorkerUnderTest : public QOperateThread
+{
+public:
+    explicit WorkerUnderTest(QObject *parent = nullptr)
+        : QOperateThread(parent)
+    {
+        connect(
+            this, &QOperateThread::SigBeginThread, this,
+            [this](long nDeviceID, unsigned int nType) {
+                m_events.append(QStringLiteral("begin %1 %2").arg(nDeviceID).arg(nType));
+            },
+            Qt::DirectConnection);
+        connect(
+            this, &QOperateThread::SigThreadInfo, this,
+            [this](long nDeviceID, const QString &strMsg, bool bFailed) {
+                m_events.append(QStringLiteral("%1 %2 %3")
+                                    .arg(bFailed ? QStringLiteral("failed") : QStringLiteral("info"),
+                                         QString::number(nDeviceID), strMsg));
+            },
+            Qt::DirectConnection);
+        connect(
+            this, &QOperateThread::SigEndThread, this,
+            [this](long nDeviceID, unsigned int nType, QString strPath) {
+                m_events.append(QStringLiteral("end %1 %2 %3")
+                                    .arg(QString::number(nDeviceID), QString::number(nType), strPath));
+            },
+            Qt::DirectConnection);
+    }
+
+    QStringList Events() const { return m_events; }
+
+    /// The next allocation of this size is refused.
+    void RefuseBuffer(unsigned int nSize) { m_nRefusedSize = nSize; }
+
+    using QOperateThread::ExitThread;
+    using QOperateThread::GenerateDomElementMap;
+    using QOperateThread::GenerateFeaturesInvalidatorMap;
+    using QOperateThread::GenerateFeatureXmlMap;
+    using QOperateThread::GenerateInvalidatorListByProperty;
+    using QOperateThread::GetDomElementNode;
+    using QOperateThread::GetFeatureInvalidatorList;
+    using QOperateThread::InsertFeatureInvalidator;
+    using QOperateThread::IsFeatureInQList;
+    using QOperateThread::OpenDevice;
+    using QOperateThread::ReleaseThread;
+    using QOperateThread::run;
+
+    using QOperateThread::m_bRunning;
+    using QOperateThread::m_domDocument;
+    using QOperateThread::m_hDevice;
+    using QOperateThread::m_mapDomElement;
+    using QOperateThread::m_mapFeatureInvalidator;
+    using QOperateThread::m_mapFeatureXml;
+    using QOperateThread::m_nThreadType;
+    using QOperateThread::m_stDeviceInfo;
+    using QOperateThread::m_strFilePath;
+
+protected:
+    char *AllocateDescriptionBuffer(unsigned int nSize) override
+    {
+        return nSize == m_nRefusedSize ? nullptr : QOperateThread::AllocateDescriptionBuffer(nSize);
+    }
+
+private:
+    QStringList m_events;
+    unsigned int m_nRefusedSize = 0;
+};
+
+/// A camera with these names in the fields of its transport.
+inline _STRUCT_DEVICE_INFO_ CameraRecord(quint32 nDeviceType, const char *szModel, const char *szSerial,
+                                         int nDeviceID = 7)
+{
+    _STRUCT_DEVICE_INFO_ info;
+    info.nDeviceID = nDeviceID;
+    info.nDeviceType = nDeviceType;
+    info.stDevInfo.nTransportType = nDeviceType;
+    auto &special = info.stDevInfo.SpecialInfo;
+    const auto fill = [](unsigned char *pField, std::size_t nWidth, const char *szText) {
+        std::memcpy(pField, szText, qMin(nWidth, std::strlen(szText)));
+    };
+    if (nDeviceType == KX_CC_TRANSPORT_USB) {
+        fill(special.stUsbInfo.chModelName, sizeof special.stUsbInfo.chModelName, szModel);
+        fill(special.stUsbInfo.chSerialNumber, sizeof special.stUsbInfo.chSerialNumber, szSerial);
+    } else if (nDeviceType == KX_CC_TRANSPORT_PORT) {
+        fill(special.stPortInfo.chModelName, sizeof special.stPortInfo.chModelName, szModel);
+        fill(special.stPortInfo.chSerialNumber, sizeof special.stPortInfo.chSerialNumber, szSerial);
+    } else {
+        fill(special.stGigEInfo.chModelName, sizeof special.stGigEInfo.chModelName, szModel);
+        fill(special.stGigEInfo.chSerialNumber, sizeof special.stGigEInfo.chSerialNumber, szSerial);
+    }
+    return info;
+}
+
+#endif
