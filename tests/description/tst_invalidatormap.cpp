@@ -1,0 +1,240 @@
+#include <QtTest>
+
+#include "workerundertest.h"
+
+class tst_InvalidatorMap : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt_data();
+    void GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt();
+    void GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_data();
+    void GenerateFeaturesInvalidatorMap_Feature_ListsInOrder();
+    void GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry_data();
+    void GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry();
+    void GenerateFeaturesInvalidatorMap_FeatureInsideEnumEntryAndFeature_GetsEntries();
+    void GenerateFeaturesInvalidatorMap_NameTwice_LastFeatureWins();
+    void GenerateFeaturesInvalidatorMap_SecondFeatureOfNameListsNothing_FirstStays();
+    void GenerateFeaturesInvalidatorMap_NullElement_AddsNothing();
+    void GenerateInvalidatorListByProperty_Variables_AreGivenToo();
+    void GenerateInvalidatorListByProperty_FilledLists_AreAppendedTo();
+
+private:
+    using Map = QMap<QString, QList<QString>>;
+    static void Build(WorkerUnderTest *pWorker, const QString &strNodes);
+    static Map MapOf(const QString &strNodes);
+    static const QString s_strTail;
+};
+
+// R lists I; D (down) leads to R.
+const QString tst_InvalidatorMap::s_strTail =
+    QStringLiteral("<Register Name='R'><pInvalidator>I</pInvalidator></Register>"
+                   "<SwissKnife Name='D'><pValue>R</pValue></SwissKnife>");
+
+void tst_InvalidatorMap::Build(WorkerUnderTest *pWorker, const QString &strNodes)
+{
+    QVERIFY(pWorker->m_domDocument.setContent(QStringLiteral("<Root>%1</Root>").arg(strNodes)));
+    QDomElement root = pWorker->m_domDocument.documentElement();
+    pWorker->GenerateDomElementMap(root);
+    pWorker->GenerateFeaturesInvalidatorMap(root);
+}
+
+tst_InvalidatorMap::Map tst_InvalidatorMap::MapOf(const QString &strNodes)
+{
+    WorkerUnderTest worker;
+    Build(&worker, strNodes);
+    return worker.m_mapFeatureInvalidator;
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QStringList>("nodeLists");
+    for (const char *szTag : {"pMin", "pMax", "pInc", "pIsLocked", "pIsImplemented", "pIsAvailable"})
+        QTest::newRow(szTag) << szTag << QStringList({"I"});
+    QTest::newRow("pValue lists its target from the second level") << "pValue" << QStringList({"R", "I"});
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt()
+{
+    QFETCH(QString, first);
+    QFETCH(QStringList, nodeLists);
+    const QString strPointer = QStringLiteral("<%1>R</%1>").arg(first);
+
+    const Map map = MapOf(s_strTail + QStringLiteral("<Integer Name='Direct'>%1</Integer>"
+                                                     "<Converter Name='C'>%1</Converter>"
+                                                     "<Integer Name='Indirect'><pMin>C</pMin></Integer>")
+                                          .arg(strPointer));
+
+    QCOMPARE(QStringList(map.value("Direct")), QStringList({"I"}));
+    QCOMPARE(QStringList(map.value("Indirect")), nodeLists);
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_data()
+{
+    QTest::addColumn<QString>("children"); // of the Float F
+    QTest::addColumn<QString>("others");
+    QTest::addColumn<QStringList>("listed");
+
+    QTest::newRow("own invalidator and value") << "<Value>1</Value><pInvalidator>X</pInvalidator>"
+                                               << "" << QStringList();
+    QTest::newRow("own invalidator is left out") << "<pInvalidator>X</pInvalidator><pValue>R</pValue>"
+                                                 << "" << QStringList({"I"});
+    QTest::newRow("further node listed, first target not") << "<pValue>D</pValue>"
+                                                           << "" << QStringList({"R", "I"});
+    QTest::newRow("undefined target") << "<pMin>Nowhere</pMin>"
+                                      << "" << QStringList();
+    QTest::newRow("pointers that lead nowhere") << "<pValue>E</pValue><pMax>E</pMax>"
+                                                << "<Register Name='E'/>" << QStringList();
+    QTest::newRow("pVariable at the feature is not followed") << "<pVariable>D</pVariable>"
+                                                              << "" << QStringList({"D"});
+    QTest::newRow("pVariable below is followed")
+        << "<pValue>K</pValue>"
+        << "<SwissKnife Name='K'><pVariable>D</pVariable></SwissKnife>" << QStringList({"D", "R", "I"});
+    QTest::newRow("undefined pValue below is listed")
+        << "<pValue>K</pValue>"
+        << "<Converter Name='K'><pValue>Nowhere</pValue></Converter>" << QStringList({"Nowhere"});
+    QTest::newRow("two paths list twice") << "<pValue>D</pValue><pMin>R</pMin><pMax>D</pMax>"
+                                          << "" << QStringList({"R", "I", "I", "R", "I"});
+    QTest::newRow("text is not trimmed")
+        << "<pValue>K</pValue>"
+        << "<Register Name='K'><pInvalidator> X </pInvalidator></Register>" << QStringList({" X "});
+    QTest::newRow("pointer text with blanks names no node") << "<pValue> R </pValue>"
+                                                            << "" << QStringList();
+    QTest::newRow("tags compare with case") << "<pvalue>R</pvalue><PMin>R</PMin>"
+                                            << "" << QStringList();
+    QTest::newRow("unknown pointers") << "<pSelected>R</pSelected><pPort>R</pPort>"
+                                      << "" << QStringList();
+    QTest::newRow("pointer to an enumeration entry")
+        << "<pValue>On</pValue>"
+        << "<Enumeration Name='E'><EnumEntry "
+           "Name='On'><pInvalidator>X</pInvalidator></EnumEntry></Enumeration>"
+        << QStringList();
+    QTest::newRow("register of a StructEntry, nearest first")
+        << "<pValue>S</pValue>"
+        << "<StructReg><pInvalidator>A</pInvalidator><Length>4</Length><pInvalidator>B</pInvalidator>"
+           "<StructEntry Name='Q'/><pInvalidator>C</pInvalidator><StructEntry Name='S'>"
+           "<pInvalidator>Own</pInvalidator></StructEntry><pInvalidator>After</pInvalidator></StructReg>"
+        << QStringList({"C", "B", "A", "Own"});
+    QTest::newRow("only invalidators before another entry")
+        << "<pValue>Q</pValue>"
+        << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/><pInvalidator>C</pInvalidator>"
+           "<StructEntry Name='S'/></StructReg>"
+        << QStringList({"A"});
+    QTest::newRow("entry defined twice in a register, last one counts")
+        << "<pValue>Q</pValue>"
+        << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/><pInvalidator>C</pInvalidator>"
+           "<StructEntry Name='Q'/></StructReg>"
+        << QStringList({"C", "A"});
+    QTest::newRow("entries of two registers")
+        << "<pValue>Q</pValue><pMin>S</pMin>"
+        << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/></StructReg>"
+           "<StructReg><pInvalidator>B</pInvalidator><StructEntry Name='S'/></StructReg>"
+        << QStringList({"A", "B"});
+    QTest::newRow("neighbours of another node do not count")
+        << "<pValue>Q</pValue>"
+        << "<Group><pInvalidator>A</pInvalidator><IntReg Name='Q'/></Group>" << QStringList();
+    QTest::newRow("cycle ends where it closes")
+        << "<pValue>A</pValue>"
+        << "<Converter Name='A'><pInvalidator>X</pInvalidator><pValue>B</pValue></Converter>"
+           "<Converter Name='B'><pValue>A</pValue><pInvalidator>Y</pInvalidator></Converter>"
+        << QStringList({"X", "B", "A", "Y"});
+    QTest::newRow("pointer to itself")
+        << "<pValue>A</pValue>"
+        << "<Converter Name='A'><pValue>A</pValue><pInvalidator>X</pInvalidator></Converter>"
+        << QStringList({"A", "X"});
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder()
+{
+    QFETCH(QString, children);
+    QFETCH(QString, others);
+    QFETCH(QStringList, listed);
+
+    const Map map = MapOf(s_strTail + others + QStringLiteral("<Float Name='F'>%1</Float>").arg(children));
+
+    QCOMPARE(QStringList(map.value("F")), listed);
+    QCOMPARE(map.contains("F"), !listed.isEmpty());
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry_data()
+{
+    QTest::addColumn<bool>("entered");
+    for (const char *szTag : {"Enumeration", "Integer", "IntReg", "Boolean", "Float"})
+        QTest::newRow(szTag) << true;
+    for (const char *szTag : {"Command", "String", "StringReg", "Register", "SwissKnife", "IntSwissKnife",
+                              "Converter", "MaskedIntReg", "FloatReg", "integer", "StructEntry"})
+        QTest::newRow(szTag) << false;
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry()
+{
+    QFETCH(bool, entered);
+    const QString strFeature = QStringLiteral("<%1 Name='F'><pValue>R</pValue></%1>")
+                                   .arg(QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(MapOf(s_strTail + strFeature).keys(), entered ? QStringList({"F"}) : QStringList());
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureInsideEnumEntryAndFeature_GetsEntries()
+{
+    const Map map =
+        MapOf(s_strTail + QStringLiteral("<Enumeration Name='E'><pValue>R</pValue><EnumEntry Name='On'>"
+                                         "<Integer Name='In'><pValue>R</pValue></Integer></EnumEntry>"
+                                         "</Enumeration>"));
+    QCOMPARE(map.keys(), QStringList({"E", "In"}));
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_NameTwice_LastFeatureWins()
+{
+    const Map map = MapOf(s_strTail + QStringLiteral("<Integer Name='F'><pValue>D</pValue></Integer>"
+                                                     "<Float Name='F'><pValue>R</pValue></Float>"));
+    QCOMPARE(QStringList(map.value("F")), QStringList({"I"}));
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_SecondFeatureOfNameListsNothing_FirstStays()
+{
+    const Map map =
+        MapOf(s_strTail + QStringLiteral("<Integer Name='F'><pValue>D</pValue></Integer><Float Name='F'/>"));
+    QCOMPARE(QStringList(map.value("F")), QStringList({"R", "I"}));
+}
+
+void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_NullElement_AddsNothing()
+{
+    WorkerUnderTest worker;
+    QDomElement element;
+    worker.GenerateFeaturesInvalidatorMap(element);
+    QVERIFY(worker.m_mapFeatureInvalidator.isEmpty());
+}
+
+void tst_InvalidatorMap::GenerateInvalidatorListByProperty_Variables_AreGivenToo()
+{
+    WorkerUnderTest worker;
+    Build(&worker,
+          s_strTail + QStringLiteral("<SwissKnife Name='K'><pVariable>V</pVariable><pValue>R</pValue>"
+                                     "<pMin>L</pMin></SwissKnife>"
+                                     "<SwissKnife Name='L'><pVariable>W</pVariable></SwissKnife>"));
+    QList<QString> listed;
+    QList<QString> variables;
+
+    worker.GenerateInvalidatorListByProperty(QStringLiteral("K"), listed, variables);
+
+    QCOMPARE(QStringList(listed), QStringList({"V", "R", "I", "W"}));
+    QCOMPARE(QStringList(variables), QStringList({"V", "W"}));
+}
+
+void tst_InvalidatorMap::GenerateInvalidatorListByProperty_FilledLists_AreAppendedTo()
+{
+    WorkerUnderTest worker;
+    Build(&worker, s_strTail);
+    QList<QString> listed({"Before"});
+    QList<QString> variables({"Kept"});
+
+    worker.GenerateInvalidatorListByProperty(QStringLiteral("R"), listed, variables);
+
+    QCOMPARE(QStringList(listed), QStringList({"Before", "I"}));
+    QCOMPARE(QStringList(variables), QStringList({"Kept"}));
+}
+
+QTEST_GUILESS_MAIN(tst_InvalidatorMap)
+#include "tst_invalidatormap.moc"
