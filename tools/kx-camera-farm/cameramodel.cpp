@@ -1,33 +1,14 @@
 #include "cameramodel.h"
 
+#include "bootstrap.h"
 #include "descriptionfile.h"
+#include "initialvalues.h"
 
 #include <QFile>
-#include <QXmlStreamReader>
 
 namespace KxFarm {
 
 namespace {
-
-/// Reads model and vendor off the root element, and whether the rest is well-formed.
-bool ReadRoot(CameraModel *pModel, QString *pError)
-{
-    QXmlStreamReader reader(pModel->xml);
-    if (reader.readNextStartElement()) {
-        if (reader.name() != QLatin1String("RegisterDescription"))
-            reader.raiseError(QStringLiteral("the root element is not RegisterDescription"));
-        pModel->model = reader.attributes().value(QLatin1String("ModelName")).toUtf8();
-        pModel->vendor = reader.attributes().value(QLatin1String("VendorName")).toUtf8();
-    }
-    while (!reader.atEnd())
-        reader.readNext();
-    if (!reader.hasError())
-        return true;
-    *pError = QStringLiteral("the description cannot be used: line %1: %2")
-                  .arg(reader.lineNumber())
-                  .arg(reader.errorString());
-    return false;
-}
 
 constexpr std::uint32_t DESCRIPTION_ADDRESS = 0xF0000000; // far from the registers of any camera we know
 
@@ -53,8 +34,10 @@ std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArr
     auto pModel = std::make_shared<CameraModel>();
     const bool archive = LooksLikeZip(content);
     pModel->xml = archive ? FirstFileOfZip(content, pError) : content;
-    if (pModel->xml.isNull() || !ReadRoot(pModel.get(), pError))
+    if (pModel->xml.isNull() || !pModel->nodes.Parse(pModel->xml, pError))
         return nullptr;
+    pModel->vendor = pModel->nodes.VendorName();
+    pModel->model = pModel->nodes.ModelName();
     if (archive)
         pModel->pDescription = Publish(content, WithSuffix(fileName, ".zip"));
     else if (zipped)
@@ -71,8 +54,13 @@ std::shared_ptr<const CameraModel> MakeCameraModel(const QByteArray &content, co
                                                    bool zipped, QString *pError)
 {
     std::shared_ptr<CameraModel> pModel = MakeModel(content, fileName, zipped, pError);
-    if (pModel)
-        pModel->pRegisters = std::make_shared<RegisterMemory>();
+    if (!pModel)
+        return nullptr;
+    // What conditions and limits find in the bootstrap registers counts, so they are there first.
+    auto pRegisters = std::make_shared<RegisterMemory>();
+    FillBootstrap(pRegisters.get(), CameraIdentity(), 0x7F000A01);
+    FillInitialValues(pModel->nodes, pRegisters.get());
+    pModel->pRegisters = pRegisters;
     return pModel;
 }
 

@@ -1,6 +1,7 @@
 #ifndef KXCAMERAFARM_CAMERAMODEL_H
 #define KXCAMERAFARM_CAMERAMODEL_H
 
+#include "nodemap.h"
 #include "registermemory.h"
 
 #include <QByteArray>
@@ -22,6 +23,7 @@ struct CameraModel
     QByteArray vendor;
     QByteArray model;
     QByteArray xml; ///< the description as text
+    NodeMap nodes;  ///< and as nodes
     std::shared_ptr<const PublishedDescription> pDescription;
     std::shared_ptr<const RegisterMemory> pRegisters;
     /// Whether addresses outside [registersFirst, registersEnd) are refused. A description given by the
