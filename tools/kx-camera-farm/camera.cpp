@@ -14,13 +14,15 @@ Camera::Camera(std::shared_ptr<const CameraModel> pModel, CameraIdentity identit
     , m_identity(std::move(identity))
     , m_nIpAddress(ipAddress)
     , m_memory(m_pModel->pRegisters)
+    , m_userSets(m_memory, m_pModel->userSetFirst, m_pModel->userSetEnd)
+    , m_firmware(m_pModel->nodes, *m_pModel->pFeatures, m_pModel->strict, &m_memory, &m_userSets)
 {
     Reboot();
 }
 
 void Camera::Reboot()
 {
-    m_memory = RegisterMemory(m_pModel->pRegisters);
+    m_firmware.Restart();
     m_control.Release();
     FillBootstrap(&m_memory, m_identity, m_nIpAddress);
     PublishUrls();
@@ -198,7 +200,7 @@ bool Camera::IsRegister(std::uint64_t address, std::size_t size) const
 
 Status Camera::CheckReadable(std::uint32_t address, std::size_t size) const
 {
-    if (!m_pModel->strictAddresses || IsRegister(address, size))
+    if (!m_pModel->strict || IsRegister(address, size))
         return STATUS_SUCCESS;
     if (std::uint64_t{address} + size > Bootstrap::MANUFACTURER_SPACE)
         return STATUS_INVALID_ADDRESS;
@@ -252,17 +254,19 @@ Status Camera::Write(std::uint32_t address, const std::uint8_t *data, std::size_
             status = WriteBootstrap(address + static_cast<std::uint32_t>(i), LoadBe32(data + i), from, now);
         return status;
     }
-    if (m_pModel->strictAddresses && !IsRegister(address, size))
+    if (m_pModel->strict && !IsRegister(address, size))
         return STATUS_INVALID_ADDRESS;
-    m_memory.Write(address, data, size);
-    return STATUS_SUCCESS;
+    const Status status = m_firmware.Write(address, data, size);
+    if (m_firmware.TakeResetRequest())
+        Reboot();
+    return status;
 }
 
 Status Camera::WriteBootstrap(std::uint32_t address, std::uint32_t value, const Endpoint &from, TimePoint now)
 {
     switch (Bootstrap::AccessOf(address)) {
     case Bootstrap::Access::None:
-        if (m_pModel->strictAddresses)
+        if (m_pModel->strict)
             return STATUS_INVALID_ADDRESS;
         break;
     case Bootstrap::Access::ReadOnly:

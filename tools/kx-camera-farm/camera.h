@@ -4,6 +4,7 @@
 #include "bootstrap.h"
 #include "cameramodel.h"
 #include "controlchannel.h"
+#include "firmware.h"
 #include "gvcp.h"
 #include "registermemory.h"
 
@@ -17,6 +18,9 @@ class Camera
 {
 public:
     Camera(std::shared_ptr<const CameraModel> pModel, CameraIdentity identity, std::uint32_t ipAddress);
+
+    Camera(const Camera &) = delete;
+    Camera &operator=(const Camera &) = delete;
 
     /// Carries `request` out and returns its acknowledge; empty when none is due.
     Bytes Handle(const Gvcp::Request &request, const Endpoint &from, TimePoint now);
@@ -35,6 +39,7 @@ public:
     void SeizeControl(const Endpoint &owner); ///< see ControlChannel::Seize()
     void ReleaseControl();
     RegisterMemory &Memory() { return m_memory; }
+    Firmware &Device() { return m_firmware; }
     std::chrono::milliseconds HeartbeatTimeout() const;
 
 private:
@@ -62,6 +67,8 @@ private:
     CameraIdentity m_identity;
     std::uint32_t m_nIpAddress;
     RegisterMemory m_memory;
+    UserSets m_userSets;
+    Firmware m_firmware;
     ControlChannel m_control;
     TimePoint m_timestampZero;
 };

@@ -45,6 +45,12 @@ std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArr
             Publish(ZipOf(WithSuffix(fileName, ".xml"), content), WithSuffix(fileName, ".zip"));
     else
         pModel->pDescription = Publish(content, WithSuffix(fileName, ".xml"));
+    // What conditions and limits find in the bootstrap registers counts, so they are there first.
+    auto pRegisters = std::make_shared<RegisterMemory>();
+    FillBootstrap(pRegisters.get(), CameraIdentity(), 0x7F000A01);
+    FillInitialValues(pModel->nodes, pRegisters.get());
+    pModel->pRegisters = pRegisters;
+    pModel->pFeatures = std::make_shared<FeatureIndex>(pModel->nodes, *pRegisters);
     return pModel;
 }
 
@@ -53,15 +59,7 @@ std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArr
 std::shared_ptr<const CameraModel> MakeCameraModel(const QByteArray &content, const QByteArray &fileName,
                                                    bool zipped, QString *pError)
 {
-    std::shared_ptr<CameraModel> pModel = MakeModel(content, fileName, zipped, pError);
-    if (!pModel)
-        return nullptr;
-    // What conditions and limits find in the bootstrap registers counts, so they are there first.
-    auto pRegisters = std::make_shared<RegisterMemory>();
-    FillBootstrap(pRegisters.get(), CameraIdentity(), 0x7F000A01);
-    FillInitialValues(pModel->nodes, pRegisters.get());
-    pModel->pRegisters = pRegisters;
-    return pModel;
+    return MakeModel(content, fileName, zipped, pError);
 }
 
 } // namespace KxFarm
@@ -81,7 +79,15 @@ std::shared_ptr<const CameraModel> MakeBuiltinModel(QString *pError)
         *pError = QStringLiteral("the built-in description is missing");
         return nullptr;
     }
-    return MakeCameraModel(file.readAll(), "SimCam-150.xml", true, pError);
+    const auto pModel = MakeModel(file.readAll(), "SimCam-150.xml", true, pError);
+    if (!pModel)
+        return nullptr;
+    pModel->strict = true;
+    pModel->registersFirst = 0x10000;
+    pModel->registersEnd = 0x20000;
+    pModel->userSetFirst = 0x10000;
+    pModel->userSetEnd = 0x18000;
+    return pModel;
 }
 
 } // namespace KxFarm

@@ -1,6 +1,7 @@
 #ifndef KXCAMERAFARM_CAMERAMODEL_H
 #define KXCAMERAFARM_CAMERAMODEL_H
 
+#include "firmware.h"
 #include "nodemap.h"
 #include "registermemory.h"
 
@@ -26,11 +27,15 @@ struct CameraModel
     NodeMap nodes;  ///< and as nodes
     std::shared_ptr<const PublishedDescription> pDescription;
     std::shared_ptr<const RegisterMemory> pRegisters;
-    /// Whether addresses outside [registersFirst, registersEnd) are refused. A description given by the
-    /// user may compute its addresses, so there every address is memory.
-    bool strictAddresses = false;
-    std::uint64_t registersFirst = 0;
+    std::shared_ptr<const FeatureIndex> pFeatures;
+    /// Whether the registers are all known: then other addresses, values out of limits and writes to what is
+    /// locked are refused. A description given by the user may compute its addresses, so there every address
+    /// is memory.
+    bool strict = false;
+    std::uint64_t registersFirst = 0; ///< manufacturer registers lie in [registersFirst, registersEnd)
     std::uint64_t registersEnd = std::uint64_t{1} << 32U;
+    std::uint64_t userSetFirst = 0xA000; ///< those in [userSetFirst, userSetEnd) belong to user sets
+    std::uint64_t userSetEnd = std::uint64_t{1} << 32U;
 };
 
 /// Makes the model of a description: `content` is an XML text or a zip archive holding one, `fileName` is

@@ -12,6 +12,7 @@ class Filler
 public:
     Filler(const NodeMap &map, RegisterMemory *pMemory)
         : m_map(map)
+        , m_pMemory(pMemory)
         , m_access(pMemory)
         , m_evaluator(map, &m_access)
     {
@@ -19,6 +20,8 @@ public:
 
     void Run()
     {
+        for (int i = 0; i < m_map.Count(); ++i)
+            PowerUp(i);
         ForEach("Boolean", &Filler::FixBoolean);
         // Limits and conditions depend on other features, so what the first round moved may need a second.
         for (int round = 0; round < 3; ++round) {
@@ -37,6 +40,34 @@ private:
             if (m_map.At(i).Is(tag))
                 (this->*fix)(i);
         }
+    }
+
+    /// Registers whose content at power-up the description tells.
+    void PowerUp(int index)
+    {
+        const NodeProperty *pPowerUp = m_map.At(index).Find("PowerUp");
+        if (!pPowerUp)
+            return;
+        if (m_evaluator.IsFloat(index))
+            m_evaluator.SetFloat(index, pPowerUp->text.toDouble());
+        else
+            m_evaluator.SetInteger(index, ParseDescriptionInteger(pPowerUp->text));
+        const auto field = m_evaluator.Field(index); // of index 0: selectors are still zero
+        if (!field)
+            return;
+        std::uint8_t content[8];
+        m_pMemory->Read(field->address, content, field->size);
+        for (std::int64_t i = 1; i < ParseDescriptionInteger(pPowerUp->offset); ++i)
+            m_pMemory->Write(field->address + static_cast<std::uint32_t>(i) * Stride(index, *field), content,
+                             field->size);
+    }
+
+    std::uint32_t Stride(int index, const RegisterField &field) const
+    {
+        const NodeProperty *pIndex = m_map.At(index).Find("pIndex");
+        return pIndex && !pIndex->offset.isEmpty()
+                   ? static_cast<std::uint32_t>(ParseDescriptionInteger(pIndex->offset))
+                   : static_cast<std::uint32_t>(field.size);
     }
 
     void MakeExist(int index)
@@ -115,6 +146,7 @@ private:
     }
 
     const NodeMap &m_map;
+    RegisterMemory *m_pMemory;
     MemoryAccess m_access;
     NodeEvaluator m_evaluator;
 };

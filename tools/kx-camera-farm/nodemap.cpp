@@ -126,12 +126,27 @@ private:
         return index;
     }
 
+    /// Extensions hold what only the camera itself knows: PowerUp is ours.
+    void ReadExtension(int index)
+    {
+        while (m_reader.readNextStartElement()) {
+            if (m_reader.name() == QLatin1String("PowerUp"))
+                ReadProperty(index);
+            else
+                m_reader.skipCurrentElement();
+        }
+    }
+
     void ReadProperty(int index)
     {
+        if (m_reader.name() == QLatin1String("Extension")) {
+            ReadExtension(index);
+            return;
+        }
         NodeProperty property;
         property.tag = m_reader.name().toUtf8();
         property.name = Attribute("Name");
-        for (const char *name : {"Offset", "pOffset", "Index"}) {
+        for (const char *name : {"Offset", "pOffset", "Index", "Count"}) {
             if (property.offset.isEmpty())
                 property.offset = Attribute(name);
         }

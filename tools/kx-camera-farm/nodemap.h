@@ -17,7 +17,7 @@ struct NodeProperty
     QByteArray tag;
     QByteArray text;
     QByteArray name;   ///< its "Name" attribute: what a formula calls the variable
-    QByteArray offset; ///< "Offset" or "pOffset" of a pIndex, "Index" of an indexed value
+    QByteArray offset; ///< "Offset", "pOffset" of a pIndex; "Index" of an indexed value; "Count" of a PowerUp
     int target = -1;   ///< the node that the text names, for pointers; -1: none
 };
 

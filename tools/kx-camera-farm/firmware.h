@@ -1,0 +1,98 @@
+#ifndef KXCAMERAFARM_FIRMWARE_H
+#define KXCAMERAFARM_FIRMWARE_H
+
+#include "gvcp.h"
+#include "initialvalues.h"
+#include "usersets.h"
+
+#include <functional>
+#include <vector>
+
+namespace KxFarm {
+
+/// Which features lie behind which registers. Shared by all cameras of a model; never changes.
+class FeatureIndex
+{
+public:
+    /// `memory` holds what addresses are computed from.
+    FeatureIndex(const NodeMap &map, const RegisterMemory &memory);
+
+    /// Features whose register may cover any of the `size` bytes from `address` on; with selectors, several.
+    std::vector<int> Candidates(std::uint32_t address, std::size_t size) const;
+
+    /// Numbers with limits that move, features with locks and conditions: what other writes may disturb.
+    const std::vector<int> &Dependents() const { return m_listDependents; }
+
+private:
+    struct Span
+    {
+        std::uint32_t first;
+        std::uint64_t end;
+        int feature;
+    };
+    std::vector<Span> m_listSpans;
+    std::vector<int> m_listDependents;
+};
+
+/// What to do with a number outside of its feature's limits or between its increments.
+enum class OutOfRange
+{
+    Refuse,
+    Clamp,
+};
+
+/// What a camera does when somebody writes a manufacturer register: commands, limits, locks, dependencies.
+class Firmware
+{
+public:
+    /// All outlive the firmware. *pMemory is as after the first power-up. Without `strict` there are
+    /// commands and user sets, but every other write is carried out: what a description that is not ours
+    /// means by its limits and locks is for its clients to know.
+    Firmware(const NodeMap &map, const FeatureIndex &index, bool strict, RegisterMemory *pMemory,
+             UserSets *pUserSets);
+
+    /// Refuses the write and leaves the memory as it was, or carries it out with all it entails.
+    Gvcp::Status Write(std::uint32_t address, const std::uint8_t *data, std::size_t size);
+
+    /// Switches the camera off and on: power-up values, then the default user set.
+    void Restart();
+
+    void SetOutOfRange(OutOfRange what) { m_outOfRange = what; }
+
+    /// Set by a written DeviceReset, until asked.
+    bool TakeResetRequest();
+
+private:
+    struct Change
+    {
+        int feature;
+        double before;
+        bool writable;
+    };
+
+    bool IsBehind(int feature, std::uint32_t address, std::size_t size);
+    Gvcp::Status Run(const std::vector<int> &commands, const std::uint8_t *data, std::size_t size);
+    Gvcp::Status RunCommand(const QByteArray &name);
+    bool IsWritable(int feature);
+    Gvcp::Status Check(const Change &change);
+    bool IsEntry(int feature);
+    bool Correct(int feature); ///< moves a number into its limits, on its increment; false when it was there
+    void Settle();
+    void ToPowerUpValue(int feature);
+    void LoadUserSet();
+
+    const NodeMap &m_map;
+    const FeatureIndex &m_index;
+    const bool m_bStrict;
+    RegisterMemory *m_pMemory;
+    UserSets *m_pUserSets;
+    const RegisterMemory m_powerUp;
+    MemoryAccess m_access;
+    NodeEvaluator m_evaluator;
+    OutOfRange m_outOfRange = OutOfRange::Refuse;
+    bool m_bReset = false;
+};
+
+} // namespace KxFarm
+
+#endif
