@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QPlainTextEdit>
-#include <QTextLayout>
 
 #include "hinticon.h"
 #include "stylepainter.h"
@@ -13,7 +12,8 @@
 
 namespace {
 
-constexpr int nTextWidth = 320;
+constexpr int nLeastTextWidth = 320;
+constexpr int nMostTextWidth = 440;
 constexpr int nMostDetailHeight = 160;
 bool g_bNotBlock = false; // asked for by setNotBlockRun_Mac(), for one message
 
@@ -32,12 +32,10 @@ TarnCustomMessageBox::TarnCustomMessageBox(QWidget *pParent)
     m_pContent->setObjectName(QStringLiteral("MessageContent"));
     m_pContent->setWordWrap(true);
     m_pContent->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_pContent->setMinimumWidth(nTextWidth);
     m_pDetail = new QPlainTextEdit;
     m_pDetail->setObjectName(QStringLiteral("MessageDetail"));
     m_pDetail->setReadOnly(true);
     m_pDetail->setFrameShape(QFrame::NoFrame);
-    m_pDetail->setMinimumWidth(nTextWidth);
     m_pDetail->document()->setDocumentMargin(0);
     m_pOkBtn = new TarnCustomPushButton(TarnCustomPushButton::FilledStyle);
     m_pOkBtn->setObjectName(QStringLiteral("MessageOkBtn"));
@@ -68,6 +66,10 @@ void TarnCustomMessageBox::SetTexts(const QString &content, const QString &detai
 {
     m_strTitle = title;
     m_pContent->setText(content);
+    // A text that fits on a line stays on it.
+    const int nNeeded = m_pContent->fontMetrics().size(0, content).width() + 4;
+    const int nTextWidth = qBound(nLeastTextWidth, nNeeded, nMostTextWidth);
+    m_pContent->setMinimumWidth(nTextWidth);
     m_pDetail->setPlainText(detail);
     m_pDetail->setVisible(!detail.isEmpty());
     if (!detail.isEmpty()) {

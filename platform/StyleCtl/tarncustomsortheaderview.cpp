@@ -36,7 +36,7 @@ TarnCustomSortHeaderView::TarnCustomSortHeaderView(Qt::Orientation orientation, 
     setFocusPolicy(Qt::TabFocus);
     viewport()->setAttribute(Qt::WA_Hover);
     connect(this, &QHeaderView::sectionClicked, this, [this](int nSection) { activateSection(nSection); });
-    setTexts();
+    TarnCustomSortHeaderView::setTexts();
 }
 
 TarnCustomSortHeaderView::~TarnCustomSortHeaderView() = default;

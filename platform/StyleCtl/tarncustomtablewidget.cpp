@@ -215,7 +215,7 @@ QString TarnCustomTableWidget::TipAt(const QModelIndex &index) const
 {
     if (!index.isValid())
         return {};
-    const QString tip = index.data(Qt::ToolTipRole).toString();
+    QString tip = index.data(Qt::ToolTipRole).toString();
     if (!tip.isEmpty())
         return tip;
     const auto *pDelegate = qobject_cast<const CheckTableDelegate *>(itemDelegate());

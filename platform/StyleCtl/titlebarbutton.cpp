@@ -80,7 +80,9 @@ void TitleBarButton::paintEvent(QPaintEvent *)
     if (bHover)
         painter.fillRect(rect().adjusted(0, 0, 0, -1), fill);
     painter.setPen(QPen(ink, 1.0));
+    // On half pixels, so that the lines are one pixel wide.
     const int nSide = 10;
-    const QRectF sign(width() / 2 - nSide / 2 + 0.5, height() / 2 - nSide / 2 + 0.5, nSide, nSide);
+    const QPoint corner((width() - nSide) / 2, (height() - nSide) / 2);
+    const QRectF sign(corner.x() + 0.5, corner.y() + 0.5, nSide, nSide);
     DrawSign(&painter, sign, m_eSign, fill);
 }
