@@ -105,12 +105,12 @@ const char *UsageOf(CommandLine::Action action)
 
 void AddOptions(QCommandLineParser &parser, CommandLine::Action action)
 {
-    parser.addOption({QStringLiteral("json")});
+    parser.addOption(QCommandLineOption(QStringLiteral("json")));
     parser.addOption({QStringLiteral("search-ms"), QString(), QStringLiteral("N")});
     if (action == CommandLine::Action::List) {
         return;
     }
-    parser.addOption({QStringLiteral("all")});
+    parser.addOption(QCommandLineOption(QStringLiteral("all")));
     parser.addOption({QStringLiteral("serial"), QString(), QStringLiteral("S")});
     parser.addOption({QStringLiteral("model"), QString(), QStringLiteral("M")});
     parser.addOption({QStringLiteral("address"), QString(), QStringLiteral("A")});
