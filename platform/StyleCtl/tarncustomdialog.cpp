@@ -126,8 +126,10 @@ void TarnCustomDialog::paintEvent(QPaintEvent *)
 
 void TarnCustomDialog::showEvent(QShowEvent *pEvent)
 {
-    // Qt disables the dialogs of a window together with the window.
-    setEnabled(true);
+    // Qt disables the dialogs of a window together with the window. A main window stays as it is: it may be
+    // disabled while it is minimised and comes back.
+    if (!pEvent->spontaneous() && windowType() == Qt::Dialog)
+        setEnabled(true);
     m_pTitleBar->cUpdateButtons();
     UpdateFrame();
     const bool bPlace = !pEvent->spontaneous() && !testAttribute(Qt::WA_Moved) && !FillsScreen();

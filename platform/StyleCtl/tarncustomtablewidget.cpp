@@ -134,7 +134,9 @@ bool TarnCustomTableWidget::ToggleByUser(int nRow, int nColumn)
 bool TarnCustomTableWidget::ToggleCurrentRow()
 {
     const int nRow = currentRow();
-    for (int nColumn = 0; nRow >= 0 && nColumn < columnCount(); ++nColumn) {
+    if (nRow < 0 || isRowHidden(nRow))
+        return false;
+    for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
         if (IsHaveCheckBox(nRow, nColumn))
             return ToggleByUser(nRow, nColumn);
     }

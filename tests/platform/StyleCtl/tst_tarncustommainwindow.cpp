@@ -34,6 +34,7 @@ private slots:
     void Drag_EdgesOff_Nothing();
     void Cursor_OverEdges_ShowsDirection();
     void SetDisabled_Shown_TitleLooksDifferent();
+    void SetDisabled_MinimisedAndBack_StaysDisabled();
 
 private:
     void Drag(const QPoint &from, const QPoint &by);
@@ -233,6 +234,16 @@ void tst_TarnCustomMainWindow::SetDisabled_Shown_TitleLooksDifferent()
     QVERIFY(m_pWindow->cTitleBar()->grab().toImage() != enabled);
     m_pWindow->setEnabled(true);
     QCOMPARE(m_pWindow->cTitleBar()->grab().toImage(), enabled);
+}
+
+void tst_TarnCustomMainWindow::SetDisabled_MinimisedAndBack_StaysDisabled()
+{
+    m_pWindow->setDisabled(true);
+    m_pWindow->showMinimized();
+    m_pWindow->showNormal();
+    m_pWindow->hide();
+    m_pWindow->show();
+    QVERIFY(!m_pWindow->isEnabled());
 }
 
 QTEST_MAIN(tst_TarnCustomMainWindow)

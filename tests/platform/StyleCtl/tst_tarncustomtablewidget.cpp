@@ -29,6 +29,7 @@ private slots:
     void SetDetailTip_CellWithoutItem_MakesNoItem();
     void SetDetailTip_EmptyText_RemovesTip();
     void SortItems_TickedDisabledAndTipped_TravelWithTheirRows();
+    void SortItems_HiddenRow_StaysHiddenAtItsNewPlace();
     void RemoveRow_TickedRow_OthersKeepTheirs();
 
     void Click_InBoxCell_TogglesAndSignalsOnce();
@@ -45,6 +46,7 @@ private slots:
 
     void KeySpace_RowWithBox_TogglesAndSignalsOnce();
     void KeySpace_DisabledBox_Nothing();
+    void KeySpace_CurrentRowHidden_Nothing();
     void KeySpace_NoRows_Nothing();
     void KeyEnd_EmptyRowsBelow_StopsAtLastFilledRow();
     void KeyHome_FirstRowHidden_GoesToFirstVisible();
@@ -256,6 +258,16 @@ void tst_TarnCustomTableWidget::SortItems_TickedDisabledAndTipped_TravelWithThei
     QVERIFY(!m_pTable->IsHaveCheckBox(3, 0));
 }
 
+void tst_TarnCustomTableWidget::SortItems_HiddenRow_StaysHiddenAtItsNewPlace()
+{
+    m_pTable->setRowHidden(1, true); // c
+    m_pTable->sortItems(1, Qt::AscendingOrder);
+    QVERIFY(!m_pTable->isRowHidden(0));
+    QVERIFY(!m_pTable->isRowHidden(1));
+    QVERIFY(m_pTable->isRowHidden(2));
+    QCOMPARE(m_pTable->item(2, 1)->text(), QString("c"));
+}
+
 void tst_TarnCustomTableWidget::RemoveRow_TickedRow_OthersKeepTheirs()
 {
     m_pTable->setCellCheckState(2, 0, Qt::Checked);
@@ -381,6 +393,14 @@ void tst_TarnCustomTableWidget::KeySpace_DisabledBox_Nothing()
     QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
     QTest::keyClick(m_pTable, Qt::Key_Space);
     QCOMPARE(changed.count(), 0);
+}
+
+void tst_TarnCustomTableWidget::KeySpace_CurrentRowHidden_Nothing()
+{
+    m_pTable->setCurrentCell(1, 0);
+    m_pTable->setRowHidden(1, true);
+    QTest::keyClick(m_pTable, Qt::Key_Space);
+    QCOMPARE(m_pTable->cellCheckState(1, 0), Qt::Unchecked);
 }
 
 void tst_TarnCustomTableWidget::KeySpace_NoRows_Nothing()

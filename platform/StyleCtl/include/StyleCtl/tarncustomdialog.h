@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QHash>
 #include <QMargins>
+#include <QPointer>
 
 #include <memory>
 
@@ -19,8 +20,8 @@ class TarnCustomTitleBar;
 /// dialogs of the library are built on.
 ///
 /// The shadow lies in a translucent margin inside the window. It is drawn only while a compositor runs and
-/// the window is neither maximised nor full screen; otherwise a thin border takes its place. A dialog is
-/// enabled when it is shown, also when the window it belongs to is disabled.
+/// the window is neither maximised nor full screen; otherwise a thin border takes its place. A window of
+/// type Qt::Dialog is enabled when it is shown, also when the window it belongs to is disabled.
 class STYLECTL_EXPORT TarnCustomDialog : public QDialog
 {
     Q_OBJECT
@@ -69,7 +70,7 @@ private:
     QColor BackgroundColor() const;
 
     TarnCustomTitleBar *m_pTitleBar = nullptr;
-    QWidget *m_pCentralWidget = nullptr;
+    QPointer<QWidget> m_pCentralWidget;
     QVBoxLayout *m_pFrameLayout = nullptr;
     QHash<int, QColor> m_mapBackground; // by CtrlState
     TarnCustom::StrechEdges m_strechEdges = TarnCustom::StrechNone;
