@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 #include <atomic>
 
@@ -41,7 +42,10 @@ TarnCustom::Language TarnCustom::language()
 QString TarnCustom::getExistingDirectory(QWidget *pParent, const QString &caption, const QString &dir,
                                          QFileDialog::Options options)
 {
-    const QString start = QDir(dir).exists() && !dir.isEmpty() ? dir : QDir::currentPath();
+    const QFileInfo given(dir);
+    const QString start = given.isDir()    ? dir
+                          : given.isFile() ? given.absolutePath()
+                                           : QDir::currentPath();
     QFileDialog dialog(pParent, caption, start);
     dialog.setObjectName(QStringLiteral("ExistingDirectoryDlg"));
     dialog.setFileMode(QFileDialog::Directory);

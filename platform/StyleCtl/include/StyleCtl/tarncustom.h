@@ -66,7 +66,8 @@ STYLECTL_EXPORT Language language();
 
 /// Asks the user for one existing folder, modally.
 ///
-/// @param dir      folder shown first; one that does not exist shows the current directory
+/// @param dir      folder shown first; of a file, the folder it is in; one that does not exist shows the
+///                 current directory
 /// @param options  as in QFileDialog; QFileDialog::DontUseNativeDialog forces Qt's own dialog
 /// @return absolute path with "/" as separator; empty when the user cancelled
 STYLECTL_EXPORT QString getExistingDirectory(QWidget *pParent = nullptr, const QString &caption = QString(),
