@@ -44,6 +44,7 @@ LumoDeviceTree::LumoDeviceTree(QWidget *parent)
     setIndentation(12);
     setRootIsDecorated(false);
     setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideRight);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
@@ -110,6 +111,12 @@ void LumoDeviceTree::changeEvent(QEvent *pEvent)
     QTreeWidget::changeEvent(pEvent);
 }
 
+void LumoDeviceTree::drawBranches(QPainter *pPainter, const QRect &rect, const QModelIndex &index) const
+{
+    if (itemsExpandable()) // else there is nothing that an arrow could do
+        QTreeWidget::drawBranches(pPainter, rect, index);
+}
+
 void LumoDeviceTree::OnRoundDone(const QVector<DeviceChange> &vecChanges)
 {
     if (!m_pPrivate->m_bRoundDone) {
@@ -150,6 +157,7 @@ void LumoDeviceTree::AddCamera(const DeviceChange &change)
 {
     QTreeWidgetItem *pItem =
         m_pPrivate->MakeItem(m_pPrivate->GroupFor(change.stDevInfo), CameraItem, change.nDeviceID);
+    pItem->setFirstColumnSpanned(true); // the column of the counts is room for its text
     m_pPrivate->m_hashCameras.insert(change.nDeviceID, pItem);
     m_pPrivate->WriteCamera(pItem, change);
     emit sigNewDeviceItem(pItem);
@@ -165,6 +173,7 @@ void LumoDeviceTree::UpdateCamera(const DeviceChange &change)
     if (pGroup != pOldGroup) {
         const bool bCurrent = currentItem() == pItem;
         pGroup->addChild(pOldGroup->takeChild(pOldGroup->indexOfChild(pItem)));
+        pItem->setFirstColumnSpanned(true);
         m_pPrivate->ApplyVisibility(pItem);
         if (bCurrent)
             setCurrentItem(pItem);

@@ -8,6 +8,8 @@
 
 namespace {
 
+const int ROW_HEIGHT = 26;
+
 LumoDeviceTree::ItemType InterfaceType(quint32 nTransport)
 {
     switch (nTransport) {
@@ -64,6 +66,7 @@ QTreeWidgetItem *LumoDeviceTreePrivate::MakeItem(QTreeWidgetItem *pParent, LumoD
     QTreeWidgetItem *pItem = new QTreeWidgetItem;
     pItem->setData(0, LumoDeviceTree::ItemTypeRole, int(nType));
     pItem->setData(0, LumoDeviceTree::ItemIdRole, nID);
+    pItem->setSizeHint(0, QSize(0, ROW_HEIGHT));
     pItem->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     pParent->addChild(pItem);
     pItem->setExpanded(true);

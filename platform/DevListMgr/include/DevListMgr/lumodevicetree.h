@@ -86,6 +86,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *pEvent) override;
+    void drawBranches(QPainter *pPainter, const QRect &rect, const QModelIndex &index) const override;
 
 private:
     void OnRoundDone(const QVector<DeviceChange> &vecChanges);
