@@ -1,0 +1,200 @@
+#include "mainwidget.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QStackedWidget>
+#include <QThread>
+#include <QTreeWidget>
+
+#include <new>
+
+#include <DevListMgr/lumodevicetree.h>
+#include <StyleCtl/tarncustomcheckheaderview.h>
+#include <StyleCtl/tarncustomlabel.h>
+#include <StyleCtl/tarncustomloadingdialog.h>
+#include <StyleCtl/tarncustompushbutton.h>
+#include <StyleCtl/tarncustomtablewidget.h>
+#include <StyleCtl/tarncustomtitlebar.h>
+#include <ToolBase/lumointerface.h>
+#include <app/languageversion.h>
+
+#include "operatetype.h"
+
+namespace {
+
+const int LANGUAGE_EVENT = QEvent::User + 100; // posted by the program that changes the stored language
+
+} // namespace
+
+MainWidget::MainWidget(QWidget *parent)
+    : TarnCustomMainWindow(parent)
+{
+    cSetBackgroundColor(QColor(QStringLiteral("#F2F3F5")), TarnCustom::StateNormal);
+    cSetStrechEdges(TarnCustom::StrechAllButTop);
+    cEnableDefualtShadow();
+    if (!InitWidget())
+        throw std::bad_alloc();
+    EnabledOperateCtrls(false); // until a camera is ticked
+}
+
+MainWidget::~MainWidget()
+{
+    Release();
+}
+
+bool MainWidget::InitWidget()
+{
+    ShowTitle();
+    if (cTitleBar())
+        cTitleBar()->setFixedHeight(37);
+    resize(1058, 632);
+    setMinimumWidth(1058);
+    if (!CreatCtrls() || !InitSlots() || !InitLayout())
+        return false;
+    m_nMaxCameraNum = GetMaxCameraNum();
+    return true;
+}
+
+bool MainWidget::InitSlots()
+{
+    connect(m_pImportBtn, SIGNAL(clicked()), this, SLOT(OnBtnImport()));
+    connect(m_pExportBtn, SIGNAL(clicked()), this, SLOT(OnBtnExport()));
+    connect(m_pTableWidget, &TarnCustomTableWidget::SigCellCheckStateChanged, this,
+            &MainWidget::onCellCheckStateChanged);
+    if (TarnCustomCheckHeaderView *pHeader = CheckHeader()) {
+        connect(pHeader, &TarnCustomCheckHeaderView::SigCheckStateChange, this,
+                &MainWidget::onHeaderCheckStateChanged);
+        connect(pHeader, &TarnCustomSortHeaderView::SigSortByColumn, this, &MainWidget::onSortTableWidget);
+    }
+    connect(m_pDeviceTree, SIGNAL(sigNewDeviceItem(QTreeWidgetItem *)), this,
+            SLOT(onNewDevice(QTreeWidgetItem *)));
+    connect(m_pDeviceTree, SIGNAL(sigUpdateDeviceItem(QTreeWidgetItem *)), this,
+            SLOT(onUpdateDevice(QTreeWidgetItem *)));
+    connect(m_pDeviceTree, SIGNAL(sigDeleteDeviceItem(QTreeWidgetItem *)), this,
+            SLOT(onDeleteDevice(QTreeWidgetItem *)));
+    connect(m_pDeviceTree, SIGNAL(itemSelectionChanged()), this, SLOT(OnTreeSelectesChanged()));
+    connect(m_pBackBtn, SIGNAL(clicked()), this, SLOT(onBackClicked()));
+    connect(qApp, SIGNAL(applicationStateChanged(Qt::ApplicationState)), this,
+            SLOT(OnApplicationStateChange(Qt::ApplicationState)));
+    return true;
+}
+
+void MainWidget::ShowTitle()
+{
+    const QString strTitle = tr("Import/Export Features");
+    if (cTitleBar())
+        cTitleBar()->cSetText(QStringLiteral("%1 %2").arg(strTitle, LumoInterface::curExeVersion()));
+    setWindowTitle(strTitle);
+}
+
+void MainWidget::translate()
+{
+    m_pTableWidget->setHorizontalHeaderLabels(HeaderLabels());
+    ShowTitle();
+    m_pImportBtn->setText(tr("Import"));
+    m_pExportBtn->setText(tr("Export"));
+    m_pBackBtn->setText(tr("Back"));
+    ShowOperateTexts(m_nOperateType);
+    m_pFailedLabel->setText(tr("Failed"));
+}
+
+/// The texts behind the counts; the blank at their start parts them from the number. No operation: they stay.
+void MainWidget::ShowOperateTexts(unsigned int nType)
+{
+    if (OperateType::IsImport(nType)) {
+        m_pDoingLabel->setText(tr(" Importing"));
+        m_pSuccessLabel->setText(tr(" Imported."));
+    } else if (OperateType::IsExport(nType)) {
+        m_pDoingLabel->setText(tr(" Exporting"));
+        m_pSuccessLabel->setText(tr(" Exported."));
+    }
+}
+
+void MainWidget::Release()
+{
+    DeleteWorkers();
+    const auto release = [](auto *&pObject) {
+        delete pObject;
+        pObject = nullptr;
+    };
+    release(m_pLineFrame);
+    release(m_pTableWidget);
+    release(m_pImportBtn);
+    release(m_pExportBtn);
+    release(m_pOperateLayout);
+    release(m_pSpareLayout);
+    release(m_pMainLayout);
+}
+
+void MainWidget::EnabledOperateCtrls(bool bEnable)
+{
+    if (!m_pImportBtn || !m_pExportBtn)
+        return;
+    m_pImportBtn->setEnabled(bEnable);
+    m_pExportBtn->setEnabled(bEnable);
+}
+
+// The tool has no refresh button: the device tree searches all the time. These two answer the tools' common
+// interface.
+void MainWidget::EnabledRefreshBtn(bool)
+{
+}
+
+void MainWidget::OnBtnRefresh()
+{
+}
+
+void MainWidget::OnEndRefresh()
+{
+    onCellCheckStateChanged(0, 0);
+}
+
+void MainWidget::onBackClicked()
+{
+    m_pStackedWidget->setCurrentWidget(m_pOperatePage);
+}
+
+void MainWidget::OnApplicationStateChange(Qt::ApplicationState state)
+{
+    if (state != Qt::ApplicationActive)
+        return;
+    // A window that was minimised by the window manager may come back without being told that it is mapped;
+    // it would stay blank until the next event.
+    setAttribute(Qt::WA_Mapped);
+    QThread::currentThread()->eventDispatcher()->interrupt();
+    QCoreApplication::processEvents();
+}
+
+void MainWidget::closeEvent(QCloseEvent *pEvent)
+{
+    if (m_nRunningNum > 0 && IsThreadRunning()) {
+        pEvent->ignore();
+        return;
+    }
+    QDialog::closeEvent(pEvent);
+}
+
+void MainWidget::customEvent(QEvent *pEvent)
+{
+    if (!pEvent)
+        return;
+    if (pEvent->type() == LANGUAGE_EVENT)
+        SetLanguageVersion(LumoInterface::language());
+    pEvent->accept();
+}
+
+void MainWidget::changeEvent(QEvent *pEvent)
+{
+    // Without a table the window is being built or taken down.
+    if (pEvent->type() == QEvent::LanguageChange && m_pTableWidget) {
+        translate();
+        ClearOperateStatus();
+        const QString strBusy = BusyText(m_nOperateType);
+        if (!strBusy.isEmpty())
+            m_pLoadingDlg->SetLabelText(strBusy);
+    }
+    TarnCustomMainWindow::changeEvent(pEvent);
+}
