@@ -1,0 +1,13 @@
+#include <QCoreApplication>
+
+#include "startup.h"
+
+int main(int argc, char **argv)
+{
+    // These count only when they are set before there is an application: the version for the window's
+    // title, and sharp drawing on screens with more dots per inch.
+    QCoreApplication::setApplicationVersion(QStringLiteral(PROJECT_VERSION_TEXT));
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    return RunTool(argc, argv);
+}
