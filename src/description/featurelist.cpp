@@ -104,7 +104,7 @@ void QOperateThread::GenerateFeatureXmlMap()
     QDomElement root = m_domDocument.documentElement();
     GenerateDomElementMap(root);
     GenerateFeaturesInvalidatorMap(root);
-    const QList<QString> listFeature = GetFeatureInvalidatorList(kUserSetCommand);
+    const QList<QString> listFeature = GetFeatureInvalidatorList(QLatin1String(kUserSetCommand));
     for (const QString &strName : listFeature) {
         QDomElement element;
         if (GetDomElementNode(strName, element))

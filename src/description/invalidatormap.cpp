@@ -23,7 +23,7 @@ void QOperateThread::GenerateFeaturesInvalidatorMap(QDomElement &element)
         return;
     if (!m_pPointerGraph) {
         // The outermost call: one graph serves all features below.
-        PointerGraph graph(m_mapDomElement, kUserSetCommand);
+        PointerGraph graph(m_mapDomElement, QLatin1String(kUserSetCommand));
         const QScopedValueRollback<PointerGraph *> rollback(m_pPointerGraph, &graph);
         return GenerateFeaturesInvalidatorMap(element);
     }
@@ -57,5 +57,6 @@ void QOperateThread::GenerateInvalidatorListByProperty(const QString &strNodeNam
 {
     if (m_pPointerGraph)
         return m_pPointerGraph->Walk(strNodeName, &listInvalidator, &listVariable);
-    PointerGraph(m_mapDomElement, kUserSetCommand).Walk(strNodeName, &listInvalidator, &listVariable);
+    PointerGraph(m_mapDomElement, QLatin1String(kUserSetCommand))
+        .Walk(strNodeName, &listInvalidator, &listVariable);
 }

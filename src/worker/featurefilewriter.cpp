@@ -18,7 +18,7 @@ void FeatureFileWriter::AppendFeature(const QString &strName, const QString &str
                                                "<Value>%3</Value>\r\n"
                                                "<Streamable>Yes</Streamable>\r\n"
                                                "</Feature>\r\n");
-    // NOLINTNEXTLINE(clazy-qstring-arg): one after the other is the format's definition
+    // One after the other, not all at once: that is how the format is defined.
     m_strText += strTemplate.arg(strName).arg(strType).arg(strValue);
 }
 

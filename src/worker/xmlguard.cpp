@@ -21,11 +21,9 @@ public:
                 SkipBehind("<![CDATA[", "]]>");
             else if (StartsWith("<?"))
                 SkipBehind("<?", "?>");
-            else if (StartsWith("<!"))
-                return false;
             else if (StartsWith("</"))
                 EndTag();
-            else if (!StartTag())
+            else if (StartsWith("<!") || !StartTag())
                 return false;
         }
         return true;
