@@ -9,7 +9,6 @@
 #include <QVariant>
 
 #include <cstring>
-#include <memory>
 
 #include <KxCameraControl/kxcameracontrol.h>
 
@@ -31,8 +30,9 @@ struct Script
     bool bHoldOpens = false;
 };
 
-QMutex mutex; // protects everything in the script
+QMutex mutex; // protects the script and the last handle
 QSemaphore heldOpens;
+quintptr nLastHandle = 0; // never used twice, so that a stale handle shows
 
 Script &TheScript()
 {
@@ -102,8 +102,6 @@ void ScriptedSdk::Reset()
 {
     ReleaseOpens();
     const QMutexLocker locker(&mutex);
-    for (void *hDevice : qAsConst(TheScript().handles))
-        delete static_cast<int *>(hDevice);
     TheScript() = Script();
 }
 
@@ -206,7 +204,7 @@ int KX_CC_CreateHandle(void **phDevice, const KX_CC_DEVICE_INFO *pstDevInfo)
         script.refusals.value(RefusalKey(QStringLiteral("KX_CC_CreateHandle"), QString()), KX_CC_OK);
     *phDevice = nullptr;
     if (nResult == KX_CC_OK || script.bHandleOfFailedCreate) {
-        *phDevice = std::make_unique<int>(0).release();
+        *phDevice = reinterpret_cast<void *>(++nLastHandle); // a number that nobody looks behind
         script.handles.insert(*phDevice);
     }
     return nResult;
@@ -237,8 +235,7 @@ int KX_CC_DestroyHandle(void *hDevice)
 {
     const QMutexLocker locker(&mutex);
     const int nResult = Record(hDevice, "KX_CC_DestroyHandle", {});
-    if (TheScript().handles.remove(hDevice))
-        delete static_cast<int *>(hDevice);
+    TheScript().handles.remove(hDevice);
     return nResult;
 }
 

@@ -3,6 +3,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <cstring>
 
 #include <worker/qoperatethread.h>
@@ -88,7 +89,7 @@ inline _STRUCT_DEVICE_INFO_ CameraRecord(quint32 nDeviceType, const char *szMode
     info.stDevInfo.nTransportType = nDeviceType;
     auto &special = info.stDevInfo.SpecialInfo;
     const auto fill = [](unsigned char *pField, std::size_t nWidth, const char *szText) {
-        std::memcpy(pField, szText, qMin(nWidth, std::strlen(szText)));
+        std::copy_n(szText, qMin(nWidth, std::strlen(szText)), pField); // a full field has no NUL
     };
     if (nDeviceType == KX_CC_TRANSPORT_USB) {
         fill(special.stUsbInfo.chModelName, sizeof special.stUsbInfo.chModelName, szModel);
