@@ -45,7 +45,7 @@ QString Text(const QString &strPath)
 void Parse(benchmark::State &state, const QString &strPath)
 {
     const QString strText = Text(strPath);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         QDomDocument document;
         benchmark::DoNotOptimize(document.setContent(strText));
         state.PauseTiming(); // without freeing the tree
@@ -60,7 +60,7 @@ void Analyse(benchmark::State &state, const QString &strPath)
     if (!document.setContent(Text(strPath)))
         return state.SkipWithError("not well-formed");
     Analysis analysis;
-    for (auto _ : state)
+    while (state.KeepRunning())
         analysis.Run(document.documentElement());
 }
 
