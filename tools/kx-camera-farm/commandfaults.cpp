@@ -2,7 +2,6 @@
 #include "faultvalue.h"
 
 #include <QList>
-#include <optional>
 
 namespace KxFarm {
 
@@ -11,177 +10,171 @@ namespace {
 constexpr std::int64_t MAX_COUNT = 1000000000;
 constexpr Endpoint STRANGER{0x7F000063, 50000}; // 127.0.0.99: nobody who listens
 
-bool ParseCommand(const QByteArray &word, std::uint16_t *pCommand)
-{
-    static const std::pair<const char *, Gvcp::Command> NAMES[] = {{"discovery", Gvcp::DISCOVERY_CMD},
-                                                                   {"readreg", Gvcp::READREG_CMD},
-                                                                   {"writereg", Gvcp::WRITEREG_CMD},
-                                                                   {"readmem", Gvcp::READMEM_CMD},
-                                                                   {"writemem", Gvcp::WRITEMEM_CMD}};
-    for (const auto &[name, command] : NAMES) {
-        if (word == name) {
-            *pCommand = command;
-            return true;
-        }
-    }
-    return false;
-}
-
-/// Commands refused with a chosen status: all, one kind, those that touch one address, the first n.
+/// Commands refused with a chosen status.
 class Refusal : public Fault
 {
 public:
-    static std::unique_ptr<Fault> Make(const QByteArray &value, QString *pError)
+    explicit Refusal(std::int64_t status)
+        : m_status(static_cast<Gvcp::Status>(status))
     {
-        auto fault = std::make_unique<Refusal>();
-        const QList<QByteArray> words = value.simplified().split(' ');
-        std::int64_t number = 0;
-        if (!ParseNumber(words.first(), 1, 0xFFFF, &number, pError))
-            return nullptr;
-        fault->m_status = static_cast<Gvcp::Status>(number);
-        for (int i = 1; i < words.size(); ++i) {
-            if (!fault->Narrow(words.at(i), pError))
-                return nullptr;
-        }
-        return fault;
     }
-
-    void BeforeCommand(Exchange *pExchange) override
-    {
-        if (!Matches(pExchange->request) || m_nLeft == 0)
-            return;
-        if (m_nLeft > 0)
-            --m_nLeft;
-        pExchange->refusedWith = m_status;
-    }
+    void BeforeCommand(Exchange *pExchange) override { pExchange->refusedWith = m_status; }
 
 private:
-    bool Narrow(const QByteArray &word, QString *pError)
-    {
-        const int equals = word.indexOf('=');
-        const QByteArray key = word.left(equals);
-        const QByteArray text = word.mid(equals + 1);
-        std::int64_t number = 0;
-        if (key == "command") {
-            m_command = std::uint16_t{0};
-            if (ParseCommand(text, &*m_command))
-                return true;
-            *pError = QStringLiteral("\"%1\" is no command").arg(QString::fromUtf8(text));
-            return false;
-        }
-        if (key == "address" && ParseNumber(text, 0, 0xFFFFFFFF, &number, pError)) {
-            m_address = static_cast<std::uint32_t>(number);
-            return true;
-        }
-        if (key == "times" && ParseNumber(text, 1, MAX_COUNT, &number, pError)) {
-            m_nLeft = number;
-            return true;
-        }
-        if (pError->isEmpty())
-            *pError =
-                QStringLiteral("\"%1\" is none of command=, address=, times=").arg(QString::fromUtf8(word));
-        return false;
-    }
-
-    bool Matches(const Gvcp::Request &request) const
-    {
-        if (m_command ? request.command != *m_command : request.command == Gvcp::DISCOVERY_CMD)
-            return false;
-        return !m_address || Touches(request, *m_address);
-    }
-
-    static bool Touches(const Gvcp::Request &request, std::uint32_t address)
-    {
-        const bool memory = request.command == Gvcp::READMEM_CMD || request.command == Gvcp::WRITEMEM_CMD;
-        if (memory) {
-            if (request.size < 8)
-                return false;
-            const std::uint64_t first = LoadBe32(request.payload);
-            const std::uint64_t size =
-                request.command == Gvcp::READMEM_CMD ? LoadBe16(request.payload + 6) : request.size - 4;
-            return address >= first && address < first + size;
-        }
-        const std::size_t step = request.command == Gvcp::WRITEREG_CMD ? 8 : 4;
-        for (std::size_t i = 0; i + step <= request.size; i += step) {
-            if (LoadBe32(request.payload + i) == address)
-                return true;
-        }
-        return false;
-    }
-
-    Gvcp::Status m_status = Gvcp::STATUS_ERROR;
-    std::optional<std::uint16_t> m_command;
-    std::optional<std::uint32_t> m_address;
-    std::int64_t m_nLeft = -1; // -1: without end
+    const Gvcp::Status m_status;
 };
 
-/// Another application has control, from the start or after a number of commands of the controller.
-class Stolen : public Fault
+/// Counts the commands of the controller, then does its deed once.
+class Deferred : public Fault
 {
 public:
-    explicit Stolen(std::int64_t after)
+    explicit Deferred(std::int64_t after)
         : m_nLeft(after)
     {
-    }
-    void Start(Camera *pCamera) override
-    {
-        if (m_nLeft == 0)
-            pCamera->SeizeControl(STRANGER);
     }
     void BeforeCommand(Exchange *pExchange) override
     {
         if (m_nLeft > 0 && pExchange->camera.Control().MayWrite(pExchange->from) && --m_nLeft == 0)
-            pExchange->camera.SeizeControl(STRANGER);
+            Strike(pExchange);
     }
+    virtual void Strike(Exchange *pExchange) = 0;
+
+private:
+    std::int64_t m_nLeft;
+};
+
+/// Another application takes control.
+class Stolen : public Deferred
+{
+public:
+    using Deferred::Deferred;
+    void Strike(Exchange *pExchange) override { pExchange->camera.SeizeControl(STRANGER); }
     void Stop(Camera *pCamera) override
     {
         if (pCamera->Control().Controller() == STRANGER)
             pCamera->ReleaseControl();
     }
-
-private:
-    std::int64_t m_nLeft;
 };
 
-/// The controller loses its privilege after a number of commands, as when its heartbeat came too late.
-class Lapse : public Fault
+/// Another application has had control all the time.
+class Held : public Stolen
 {
 public:
-    explicit Lapse(std::int64_t after)
-        : m_nLeft(after)
+    Held()
+        : Stolen(0)
     {
     }
-    void BeforeCommand(Exchange *pExchange) override
+    void Start(Camera *pCamera) override { pCamera->SeizeControl(STRANGER); }
+};
+
+/// The controller loses its privilege, as when its heartbeat came too late.
+class Lapse : public Deferred
+{
+public:
+    using Deferred::Deferred;
+    void Strike(Exchange *pExchange) override { pExchange->camera.ReleaseControl(); }
+};
+
+/// The camera restarts and is away for a while.
+class Reboot : public Deferred
+{
+public:
+    Reboot(std::int64_t after, std::int64_t awayMs)
+        : Deferred(after)
+        , m_away(awayMs)
     {
-        if (m_nLeft > 0 && pExchange->camera.Control().MayWrite(pExchange->from) && --m_nLeft == 0)
-            pExchange->camera.ReleaseControl();
+    }
+    void Strike(Exchange *pExchange) override
+    {
+        pExchange->dropped = true;
+        pExchange->silentFor = m_away;
     }
 
 private:
-    std::int64_t m_nLeft;
+    const std::chrono::milliseconds m_away;
 };
 
+/// The camera gets another address.
+class Move : public Deferred
+{
+public:
+    Move(std::int64_t after, std::uint32_t address)
+        : Deferred(after)
+        , m_nAddress(address)
+    {
+    }
+    void Strike(Exchange *pExchange) override { pExchange->moveTo = m_nAddress; }
+
+private:
+    const std::uint32_t m_nAddress;
+};
+
+/// The camera's UDP port closes: the system answers "port unreachable".
+class PortClosed : public Deferred
+{
+public:
+    using Deferred::Deferred;
+    void Strike(Exchange *pExchange) override
+    {
+        pExchange->dropped = true;
+        pExchange->closePort = true;
+    }
+};
+
+std::unique_ptr<Fault> MakeRefusal(const QByteArray &value, const Camera & /*camera*/, QString *pError)
+{
+    std::int64_t status = 0;
+    return ParseNumber(value, 1, 0xFFFF, &status, pError) ? std::make_unique<Refusal>(status) : nullptr;
+}
+
 template <typename Made>
-std::unique_ptr<Fault> MakeCounted(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeCounted(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     std::int64_t count = 0;
     return ParseNumber(value, 1, MAX_COUNT, &count, pError) ? std::make_unique<Made>(count) : nullptr;
 }
 
-std::unique_ptr<Fault> MakeHeld(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeHeld(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     std::int64_t on = 0;
-    return ParseNumber(value, 1, 1, &on, pError) ? std::make_unique<Stolen>(0) : nullptr;
+    return ParseNumber(value, 1, 1, &on, pError) ? std::make_unique<Held>() : nullptr;
+}
+
+std::unique_ptr<Fault> MakeReboot(const QByteArray &value, const Camera & /*camera*/, QString *pError)
+{
+    const QList<QByteArray> words = value.split(' ');
+    std::int64_t count = 0;
+    std::int64_t away = 1000;
+    if (!ParseNumber(words.first(), 1, MAX_COUNT, &count, pError) ||
+        (words.size() > 1 && !ParseNumber(words.at(1), 1, 600000, &away, pError)))
+        return nullptr;
+    return std::make_unique<Reboot>(count, away);
+}
+
+std::unique_ptr<Fault> MakeMove(const QByteArray &value, const Camera & /*camera*/, QString *pError)
+{
+    const QList<QByteArray> words = value.split(' ');
+    std::int64_t count = 0;
+    std::uint32_t address = 0;
+    if (!ParseNumber(words.first(), 1, MAX_COUNT, &count, pError))
+        return nullptr;
+    if (words.size() == 2 && ParseLoopbackAddress(QString::fromUtf8(words.at(1)), &address))
+        return std::make_unique<Move>(count, address);
+    *pError = QStringLiteral("after the count comes an address 127.x.y.z");
+    return nullptr;
 }
 
 } // namespace
 
 std::vector<FaultKind> CommandFaultKinds()
 {
-    return {{"control-held", MakeHeld},
-            {"control-stolen-after", MakeCounted<Stolen>},
-            {"control-lost-after", MakeCounted<Lapse>},
-            {"status", Refusal::Make}};
+    return {{"control-held", Scope::Commands, MakeHeld},
+            {"control-stolen-after", Scope::Commands, MakeCounted<Stolen>},
+            {"control-lost-after", Scope::Commands, MakeCounted<Lapse>},
+            {"reboot-after", Scope::Commands, MakeReboot},
+            {"address-after", Scope::Commands, MakeMove},
+            {"port-closed-after", Scope::Commands, MakeCounted<PortClosed>},
+            {"status", Scope::Commands, MakeRefusal}};
 }
 
 } // namespace KxFarm

@@ -1,5 +1,6 @@
 #include "descriptionfile.h"
 
+#include <vector>
 #include <zip.h>
 
 namespace KxFarm {
@@ -25,7 +26,15 @@ QByteArray ContentOf(zip_source_t *pSource)
 
 } // namespace
 
-QByteArray ZipOf(const QByteArray &name, const QByteArray &content)
+namespace {
+
+struct Entry
+{
+    QByteArray name;
+    QByteArray content;
+};
+
+QByteArray ZipOfAll(const std::vector<Entry> &entries)
 {
     zip_source_t *pBuffer = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     if (!pBuffer)
@@ -33,10 +42,12 @@ QByteArray ZipOf(const QByteArray &name, const QByteArray &content)
     zip_source_keep(pBuffer);
     QByteArray archive;
     if (zip_t *pZip = zip_open_from_source(pBuffer, ZIP_TRUNCATE, nullptr)) {
-        zip_source_t *pFile =
-            zip_source_buffer(pZip, content.constData(), static_cast<zip_uint64_t>(content.size()), 0);
-        if (pFile && zip_file_add(pZip, name.constData(), pFile, 0) < 0)
-            zip_source_free(pFile);
+        for (const Entry &entry : entries) {
+            zip_source_t *pFile = zip_source_buffer(pZip, entry.content.constData(),
+                                                    static_cast<zip_uint64_t>(entry.content.size()), 0);
+            if (pFile && zip_file_add(pZip, entry.name.constData(), pFile, 0) < 0)
+                zip_source_free(pFile);
+        }
         if (zip_close(pZip) == 0)
             archive = ContentOf(pBuffer);
         else
@@ -44,6 +55,19 @@ QByteArray ZipOf(const QByteArray &name, const QByteArray &content)
     }
     zip_source_free(pBuffer);
     return archive;
+}
+
+} // namespace
+
+QByteArray ZipOf(const QByteArray &name, const QByteArray &content)
+{
+    return ZipOfAll({{name, content}});
+}
+
+QByteArray ZipOfTwo(const QByteArray &firstName, const QByteArray &first, const QByteArray &secondName,
+                    const QByteArray &second)
+{
+    return ZipOfAll({{firstName, first}, {secondName, second}});
 }
 
 QByteArray FirstFileOfZip(const QByteArray &archive, QString *pError)

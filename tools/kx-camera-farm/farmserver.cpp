@@ -250,7 +250,7 @@ void FarmServer::Answer(std::size_t index, const std::uint8_t *data, std::size_t
         else
             m_queue.push({now + reply.delay, index, from, std::move(reply), camera.Generation(), ++m_nOrder});
     }
-    if (m_listPorts[index].address != camera.Device().IpAddress())
+    if (m_listPorts[index].address != camera.Device().IpAddress() || !camera.IsPortOpen())
         SynchronisePorts();
 }
 

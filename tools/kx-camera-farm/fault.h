@@ -33,9 +33,11 @@ struct Exchange
     Gvcp::Status refusedWith = Gvcp::STATUS_SUCCESS; ///< refused with this instead of carried out
     std::chrono::milliseconds silentFor{0};          ///< the camera is off the network afterwards
     std::uint32_t moveTo = 0;                        ///< the camera's address afterwards, 0: as before
+    bool closePort = false;                          ///< the camera's UDP port is closed afterwards
     std::vector<Reply> replies = std::vector<Reply>();
 
     bool IsDiscovery() const { return request.command == Gvcp::DISCOVERY_CMD; }
+    bool Succeeded() const; ///< the camera's answer, when there is one, says so
 };
 
 /// One way for a camera to misbehave. Built from the text of its value; switched off by destruction.
@@ -57,19 +59,35 @@ public:
     virtual void Stop(Camera *pCamera);
 };
 
+/// Which commands a fault meets when its value does not narrow it down.
+enum class Scope
+{
+    Commands,   ///< all but discovery, so that a faulty camera is still found
+    Discovery,  ///< only discovery
+    Everything, ///< all
+};
+
 /// A key and how its value becomes a fault. `make` returns null and one line in *pError for a bad value.
 struct FaultKind
 {
     const char *key;
-    std::unique_ptr<Fault> (*make)(const QByteArray &value, QString *pError);
+    Scope scope;
+    std::unique_ptr<Fault> (*make)(const QByteArray &value, const Camera &camera, QString *pError);
 };
 
 /// The kinds there are, in the order in which their hooks run.
-std::vector<FaultKind> AllFaultKinds();
+const std::vector<FaultKind> &AllFaultKinds();
 
-std::vector<FaultKind> CommandFaultKinds(); ///< statuses, control, reboot: what the camera does
-std::vector<FaultKind> AnswerFaultKinds();  ///< damaged, multiplied, misaddressed acknowledges
-std::vector<FaultKind> NetworkFaultKinds(); ///< loss, latency: what the wire does
+/// Makes the fault of `kind` that `text` describes: its value, then any of the words command=NAME,
+/// address=NUMBER, after=COUNT and times=COUNT, which narrow down the commands it meets.
+std::unique_ptr<Fault> MakeFault(const FaultKind &kind, const QByteArray &text, const Camera &camera,
+                                 QString *pError);
+
+std::vector<FaultKind> CommandFaultKinds();     ///< statuses, control, reboot: what the camera does
+std::vector<FaultKind> ValueFaultKinds();       ///< what becomes of written values
+std::vector<FaultKind> DescriptionFaultKinds(); ///< what the camera gives as its description
+std::vector<FaultKind> AnswerFaultKinds();      ///< damaged, multiplied, misaddressed acknowledges
+std::vector<FaultKind> NetworkFaultKinds();     ///< loss, latency: what the wire does
 
 } // namespace KxFarm
 

@@ -86,7 +86,7 @@ bool Firmware::TakeResetRequest()
 
 bool Firmware::IsBehind(int feature, std::uint32_t address, std::size_t size)
 {
-    const auto field = m_evaluator.Field(m_evaluator.RegisterOf(feature));
+    const auto field = FieldOf(feature);
     return field && field->address < std::uint64_t{address} + size &&
            address < std::uint64_t{field->address} + field->size;
 }
@@ -147,8 +147,13 @@ Gvcp::Status Firmware::Check(const Change &change)
     const Node &node = m_map.At(change.feature);
     if (node.Is("Enumeration"))
         return IsEntry(change.feature) ? Gvcp::STATUS_SUCCESS : Gvcp::STATUS_INVALID_PARAMETER;
-    if (IsNumber(node) && Correct(change.feature) && m_outOfRange == OutOfRange::Refuse)
+    if (!IsNumber(node))
+        return Gvcp::STATUS_SUCCESS;
+    const Correction correction = Corrected(change.feature);
+    if ((correction.clamped && !m_bClamp) || (correction.rounded && !m_bRound && !correction.clamped))
         return Gvcp::STATUS_INVALID_PARAMETER;
+    if (correction.clamped || correction.rounded)
+        Assign(change.feature, correction.value);
     return Gvcp::STATUS_SUCCESS;
 }
 
@@ -162,33 +167,62 @@ bool Firmware::IsEntry(int feature)
     });
 }
 
-bool Firmware::Correct(int feature)
+Firmware::Correction Firmware::Corrected(int feature)
 {
+    Correction correction;
     const double value = m_evaluator.Float(feature).value_or(0.0);
     const auto minimum = m_evaluator.Limit(feature, "Min");
-    const auto maximum = m_evaluator.Limit(feature, "Max");
+    const auto maximum = Maximum(feature);
     const auto increment = m_evaluator.Limit(feature, "Inc");
-    double corrected = value;
+    correction.value = value;
     if (maximum)
-        corrected = std::min(corrected, *maximum);
+        correction.value = std::min(correction.value, *maximum);
     if (minimum)
-        corrected = std::max(corrected, *minimum);
+        correction.value = std::max(correction.value, *minimum);
+    correction.clamped = correction.value != value;
     if (increment && *increment > 0) {
         const double start = minimum.value_or(0.0);
-        corrected = start + std::floor((corrected - start) / *increment) * *increment;
+        const double rounded = start + std::floor((correction.value - start) / *increment) * *increment;
+        correction.rounded = rounded != correction.value;
+        correction.value = rounded;
     }
-    if (corrected == value)
-        return false;
+    return correction;
+}
+
+void Firmware::Assign(int feature, double value)
+{
     if (m_evaluator.IsFloat(feature))
-        m_evaluator.SetFloat(feature, corrected);
+        m_evaluator.SetFloat(feature, value);
     else
-        m_evaluator.SetInteger(feature, static_cast<std::int64_t>(std::llround(corrected)));
-    return true;
+        m_evaluator.SetInteger(feature, static_cast<std::int64_t>(std::llround(value)));
+}
+
+void Firmware::SetMaximum(int feature, std::optional<double> maximum)
+{
+    if (maximum)
+        m_mapMaximum[feature] = *maximum;
+    else
+        m_mapMaximum.erase(feature);
+}
+
+std::optional<double> Firmware::Maximum(int feature)
+{
+    const auto described = m_evaluator.Limit(feature, "Max");
+    const auto found = m_mapMaximum.find(feature);
+    if (found == m_mapMaximum.end())
+        return described;
+    return described ? std::min(*described, found->second) : found->second;
+}
+
+std::optional<RegisterField> Firmware::FieldOf(int feature)
+{
+    const int target = m_evaluator.RegisterOf(feature);
+    return target >= 0 ? m_evaluator.Field(target) : std::nullopt;
 }
 
 void Firmware::ToPowerUpValue(int feature)
 {
-    const auto field = m_evaluator.Field(m_evaluator.RegisterOf(feature));
+    const auto field = FieldOf(feature);
     if (!field)
         return;
     std::uint8_t wanted[8];
@@ -204,10 +238,13 @@ void Firmware::Settle()
     // What cannot be set has its power-up value, whatever order things were written in; so two cameras with
     // the same settings are equal in everything. Numbers follow limits that moved.
     for (const int feature : m_index.Dependents()) {
-        if (!IsWritable(feature))
+        if (!IsWritable(feature)) {
             ToPowerUpValue(feature);
-        else if (IsNumber(m_map.At(feature)))
-            Correct(feature);
+        } else if (IsNumber(m_map.At(feature))) {
+            const Correction correction = Corrected(feature);
+            if (correction.clamped || correction.rounded)
+                Assign(feature, correction.value);
+        }
     }
 }
 

@@ -5,7 +5,8 @@
 #include "initialvalues.h"
 #include "usersets.h"
 
-#include <functional>
+#include <map>
+#include <optional>
 #include <vector>
 
 namespace KxFarm {
@@ -34,13 +35,6 @@ private:
     std::vector<int> m_listDependents;
 };
 
-/// What to do with a number outside of its feature's limits or between its increments.
-enum class OutOfRange
-{
-    Refuse,
-    Clamp,
-};
-
 /// What a camera does when somebody writes a manufacturer register: commands, limits, locks, dependencies.
 class Firmware
 {
@@ -57,7 +51,17 @@ public:
     /// Switches the camera off and on: power-up values, then the default user set.
     void Restart();
 
-    void SetOutOfRange(OutOfRange what) { m_outOfRange = what; }
+    /// Whether a number beyond its limits, or between two increments, is moved to where it may be instead of
+    /// refused.
+    void SetClamping(bool on) { m_bClamp = on; }
+    void SetRounding(bool on) { m_bRound = on; }
+
+    /// Refuses numbers above `maximum` even if the description allows more; nothing: as described.
+    void SetMaximum(int feature, std::optional<double> maximum);
+    std::optional<double> Maximum(int feature);
+
+    void ToPowerUpValue(int feature);                  ///< with the selectors as they are
+    std::optional<RegisterField> FieldOf(int feature); ///< the register behind a feature now
 
     /// Set by a written DeviceReset, until asked.
     bool TakeResetRequest();
@@ -76,9 +80,15 @@ private:
     bool IsWritable(int feature);
     Gvcp::Status Check(const Change &change);
     bool IsEntry(int feature);
-    bool Correct(int feature); ///< moves a number into its limits, on its increment; false when it was there
+    struct Correction
+    {
+        double value = 0;
+        bool clamped = false;
+        bool rounded = false;
+    };
+    Correction Corrected(int feature); ///< where a number would be within its limits, on its increment
+    void Assign(int feature, double value);
     void Settle();
-    void ToPowerUpValue(int feature);
     void LoadUserSet();
 
     const NodeMap &m_map;
@@ -89,7 +99,9 @@ private:
     const RegisterMemory m_powerUp;
     MemoryAccess m_access;
     NodeEvaluator m_evaluator;
-    OutOfRange m_outOfRange = OutOfRange::Refuse;
+    std::map<int, double> m_mapMaximum;
+    bool m_bClamp = false;
+    bool m_bRound = false;
     bool m_bReset = false;
 };
 

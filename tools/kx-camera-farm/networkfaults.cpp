@@ -73,19 +73,16 @@ private:
     const int m_nPercent;
 };
 
-/// No answer any more after a number of commands. Discovery goes on unless `discoveryToo`.
+/// No answer any more after a number of commands.
 class Mute : public Fault
 {
 public:
-    Mute(std::int64_t after, bool discoveryToo)
+    explicit Mute(std::int64_t after)
         : m_nLeft(after)
-        , m_bDiscoveryToo(discoveryToo)
     {
     }
     void BeforeCommand(Exchange *pExchange) override
     {
-        if (pExchange->IsDiscovery() && !m_bDiscoveryToo)
-            return;
         if (m_nLeft > 0)
             --m_nLeft;
         else
@@ -94,44 +91,43 @@ public:
 
 private:
     std::int64_t m_nLeft;
-    const bool m_bDiscoveryToo;
 };
 
 template <typename Made>
-std::unique_ptr<Fault> MakeTimed(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeTimed(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     std::int64_t us = 0;
     return ParseNumber(value, 0, MAX_MICROSECONDS, &us, pError) ? std::make_unique<Made>(us) : nullptr;
 }
 
-std::unique_ptr<Fault> MakeLoss(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeLoss(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     std::int64_t percent = 0;
     return ParseNumber(value, 0, 100, &percent, pError) ? std::make_unique<Loss>(percent) : nullptr;
 }
 
-std::unique_ptr<Fault> MakeMute(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeMute(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
-    const bool all = value == "all";
-    std::int64_t on = 1;
-    return all || ParseNumber(value, 1, 1, &on, pError) ? std::make_unique<Mute>(0, all) : nullptr;
+    std::int64_t on = 0;
+    return ParseNumber(value, 1, 1, &on, pError) ? std::make_unique<Mute>(0) : nullptr;
 }
 
-std::unique_ptr<Fault> MakeMuteAfter(const QByteArray &value, QString *pError)
+std::unique_ptr<Fault> MakeMuteAfter(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     std::int64_t count = 0;
-    return ParseNumber(value, 0, MAX_COUNT, &count, pError) ? std::make_unique<Mute>(count, false) : nullptr;
+    return ParseNumber(value, 1, MAX_COUNT, &count, pError) ? std::make_unique<Mute>(count) : nullptr;
 }
 
 } // namespace
 
 std::vector<FaultKind> NetworkFaultKinds()
 {
-    return {{"mute", MakeMute},
-            {"mute-after", MakeMuteAfter},
-            {"loss", MakeLoss},
-            {"latency-us", MakeTimed<Latency>},
-            {"jitter-us", MakeTimed<Jitter>}};
+    return {{"mute", Scope::Commands, MakeMute},
+            {"mute-after", Scope::Commands, MakeMuteAfter},
+            {"discovery-mute", Scope::Discovery, MakeMute},
+            {"loss", Scope::Everything, MakeLoss},
+            {"latency-us", Scope::Everything, MakeTimed<Latency>},
+            {"jitter-us", Scope::Everything, MakeTimed<Jitter>}};
 }
 
 } // namespace KxFarm

@@ -19,15 +19,9 @@ constexpr IdentityKey IDENTITY_KEYS[] = {
     {"version", &CameraIdentity::version}, {"info", &CameraIdentity::info},
     {"serial", &CameraIdentity::serial},   {"user-name", &CameraIdentity::userName}};
 
-const std::vector<FaultKind> &Kinds()
-{
-    static const std::vector<FaultKind> s_kinds = AllFaultKinds();
-    return s_kinds;
-}
-
 std::size_t OrderOf(const QByteArray &key)
 {
-    const auto &kinds = Kinds();
+    const auto &kinds = AllFaultKinds();
     return static_cast<std::size_t>(
         std::find_if(kinds.begin(), kinds.end(), [&key](const FaultKind &kind) { return key == kind.key; }) -
         kinds.begin());
@@ -106,6 +100,8 @@ void SimulatedCamera::Settle(const Exchange &exchange)
     }
     if (exchange.moveTo != 0)
         m_camera.SetIpAddress(exchange.moveTo);
+    if (exchange.closePort)
+        m_bPortOpen = false;
 }
 
 bool SimulatedCamera::SetIdentityText(const QByteArray &key, const QByteArray &value, bool *pKnown,
@@ -159,11 +155,11 @@ bool SimulatedCamera::Set(const QByteArray &key, const QByteArray &value, QStrin
         return true;
     }
     const std::size_t order = OrderOf(key);
-    if (order == Kinds().size()) {
+    if (order == AllFaultKinds().size()) {
         *pError = QStringLiteral("there is no key \"%1\"").arg(QString::fromUtf8(key));
         return false;
     }
-    return SetFault(Kinds()[order], value, pError);
+    return SetFault(AllFaultKinds()[order], value, pError);
 }
 
 void SimulatedCamera::DropFault(const QByteArray &key)
@@ -180,7 +176,7 @@ bool SimulatedCamera::SetFault(const FaultKind &kind, const QByteArray &value, Q
 {
     std::unique_ptr<Fault> pFault;
     if (!IsOff(value)) {
-        pFault = kind.make(value, pError);
+        pFault = MakeFault(kind, value, m_camera, pError);
         if (!pFault)
             return false;
     }
@@ -213,7 +209,7 @@ QByteArray SimulatedCamera::Get(const QByteArray &key) const
         if (key == active.kind.key)
             return active.text;
     }
-    return OrderOf(key) < Kinds().size() ? QByteArray("off") : QByteArray();
+    return OrderOf(key) < AllFaultKinds().size() ? QByteArray("off") : QByteArray();
 }
 
 QVector<QPair<QByteArray, QByteArray>> SimulatedCamera::ActiveFaults() const
