@@ -43,9 +43,7 @@ QString TarnCustom::getExistingDirectory(QWidget *pParent, const QString &captio
                                          QFileDialog::Options options)
 {
     const QFileInfo given(dir);
-    const QString start = given.isDir()    ? dir
-                          : given.isFile() ? given.absolutePath()
-                                           : QDir::currentPath();
+    const QString start = given.isDir() ? dir : given.isFile() ? given.absolutePath() : QDir::currentPath();
     QFileDialog dialog(pParent, caption, start);
     dialog.setObjectName(QStringLiteral("ExistingDirectoryDlg"));
     dialog.setFileMode(QFileDialog::Directory);

@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "compositingwatch.h"
 #include "framegrip.h"
 #include "stylepainter.h"
 #include "tarncustomtitlebar.h"
@@ -30,6 +31,7 @@ TarnCustomDialog::TarnCustomDialog(QWidget *pParent, Qt::WindowFlags flags)
     m_pFrameLayout = new QVBoxLayout(this);
     m_pFrameLayout->setSpacing(0);
     m_pFrameLayout->addWidget(m_pTitleBar);
+    connect(CompositingWatch::Instance(), &CompositingWatch::Changed, this, &TarnCustomDialog::UpdateFrame);
     UpdateFrame();
 }
 
@@ -156,7 +158,6 @@ void TarnCustomDialog::changeEvent(QEvent *pEvent)
 {
     switch (pEvent->type()) {
     case QEvent::WindowStateChange:
-    case QEvent::ActivationChange: // a compositor may have come or gone meanwhile
         UpdateFrame();
         break;
     case QEvent::EnabledChange:

@@ -59,9 +59,24 @@ void WindowSystem::SetShadowMargins(QWindow *pWindow, const QMargins &margins)
                                                     static_cast<xcb_window_t>(pWindow->winId()),
                                                     Atom(pConnection.get(), "_GTK_FRAME_EXTENTS", true),
                                                     XCB_ATOM_CARDINAL, 32, extents.size(), extents.data());
-    // Waits: what is still on its way when a connection ends is lost. A window that is not there yet is
-    // told again when it becomes active.
+    // Waits: what is still on its way when a connection ends is lost.
     std::free(xcb_request_check(pConnection.get(), cookie));
+}
+
+int WindowSystem::SelectionEventType()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return -1;
+    const ConnectionPtr pConnection(xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    if (xcb_connection_has_error(pConnection.get()))
+        return -1;
+    const QByteArray name("XFIXES");
+    const auto cookie =
+        xcb_query_extension(pConnection.get(), static_cast<uint16_t>(name.size()), name.constData());
+    xcb_query_extension_reply_t *pReply = xcb_query_extension_reply(pConnection.get(), cookie, nullptr);
+    const int nType = pReply && pReply->present ? pReply->first_event : -1; // the extension's first
+    std::free(pReply);
+    return nType;
 }
 
 bool WindowSystem::IsCompositing()

@@ -15,6 +15,9 @@ bool IsCompositing();
 /// aligns the visible frame and draws no shadow of its own. Nothing where that cannot be told.
 void SetShadowMargins(QWindow *pWindow, const QMargins &margins);
 
+/// X11: type of the event that reports a selection's new owner (XFixes, SelectionNotify); -1 elsewhere.
+int SelectionEventType();
+
 } // namespace WindowSystem
 
 #endif

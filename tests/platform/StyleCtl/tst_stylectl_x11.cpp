@@ -5,6 +5,9 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <cstdlib>
+#include <xcb/xcb.h>
+
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustommainwindow.h>
 #include <StyleCtl/tarncustomtitlebar.h>
@@ -32,8 +35,41 @@ private:
     int m_nCount = 0;
 };
 
+/// Says that a compositor runs for as long as it lives: owns the selection that tells of one.
+class CompositorStandIn
+{
+public:
+    CompositorStandIn()
+        : m_pConnection(xcb_connect(nullptr, nullptr))
+    {
+        const xcb_screen_t *pScreen = xcb_setup_roots_iterator(xcb_get_setup(m_pConnection)).data;
+        const xcb_window_t window = xcb_generate_id(m_pConnection);
+        xcb_create_window(m_pConnection, XCB_COPY_FROM_PARENT, window, pScreen->root, -1, -1, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        const char name[] = "_NET_WM_CM_S0";
+        xcb_intern_atom_reply_t *pAtom = xcb_intern_atom_reply(
+            m_pConnection, xcb_intern_atom(m_pConnection, 0, sizeof name - 1, name), nullptr);
+        if (!pAtom)
+            return;
+        const auto cookie =
+            xcb_set_selection_owner_checked(m_pConnection, window, pAtom->atom, XCB_CURRENT_TIME);
+        m_bRunning = !xcb_request_check(m_pConnection, cookie);
+        std::free(pAtom);
+    }
+    ~CompositorStandIn() { xcb_disconnect(m_pConnection); }
+    CompositorStandIn(const CompositorStandIn &) = delete;
+    CompositorStandIn &operator=(const CompositorStandIn &) = delete;
+
+    bool IsRunning() const { return m_bRunning; }
+
+private:
+    xcb_connection_t *const m_pConnection;
+    bool m_bRunning = false;
+};
+
 /// The frameless window on a real X server with a window manager, every widget a native window, as the tool
-/// runs it. The display is a virtual one of our own (see CMakeLists.txt); no compositor runs on it.
+/// runs it. The display is a virtual one of our own (see CMakeLists.txt); what stands in for a
+/// compositor blends nothing.
 class tst_StyleCtlX11 : public QObject
 {
     Q_OBJECT
@@ -45,6 +81,7 @@ private slots:
     void cleanup();
 
     void Show_NoCompositor_NothingBlackUpToTheEdges();
+    void Compositor_StartsAndEnds_ShadowComesAndGoes();
     void Drag_TitleBar_WindowManagerMovesTheWindow();
     void Drag_RightEdge_WindowManagerStretchesTheWindow();
     void DoubleClick_TitleBar_FillsTheScreenAndBack();
@@ -144,6 +181,23 @@ void tst_StyleCtlX11::Show_NoCompositor_NothingBlackUpToTheEdges()
     };
     QVERIFY(m_pWindow->cShadowMargins().isNull());
     QTRY_VERIFY(darkest() > 150);
+}
+
+void tst_StyleCtlX11::Compositor_StartsAndEnds_ShadowComesAndGoes()
+{
+    const QSize contentBefore = m_pWindow->cCentralWidget()->size();
+    {
+        const CompositorStandIn compositor;
+        QVERIFY(compositor.IsRunning());
+        QTRY_VERIFY(!m_pWindow->cShadowMargins().isNull());
+        QTRY_VERIFY(m_pWindow->cCentralWidget()->width() < contentBefore.width());
+        m_pWindow->showMaximized();
+        QTRY_VERIFY(m_pWindow->cShadowMargins().isNull());
+        m_pWindow->showNormal();
+        QTRY_VERIFY(!m_pWindow->cShadowMargins().isNull());
+    }
+    QTRY_VERIFY(m_pWindow->cShadowMargins().isNull());
+    QTRY_COMPARE(m_pWindow->cCentralWidget()->size(), contentBefore);
 }
 
 void tst_StyleCtlX11::Drag_TitleBar_WindowManagerMovesTheWindow()
