@@ -29,7 +29,7 @@ QByteArray WithSuffix(const QByteArray &fileName, const char *suffix)
 }
 
 std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArray &fileName, bool zipped,
-                                       QString *pError)
+                                       bool foreign, QString *pError)
 {
     auto pModel = std::make_shared<CameraModel>();
     const bool archive = LooksLikeZip(content);
@@ -48,7 +48,7 @@ std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArr
     // What conditions and limits find in the bootstrap registers counts, so they are there first.
     auto pRegisters = std::make_shared<RegisterMemory>();
     FillBootstrap(pRegisters.get(), CameraIdentity(), 0x7F000A01);
-    FillInitialValues(pModel->nodes, pRegisters.get());
+    FillInitialValues(pModel->nodes, pRegisters.get(), foreign);
     pModel->pRegisters = pRegisters;
     pModel->pFeatures = std::make_shared<FeatureIndex>(pModel->nodes, *pRegisters);
     return pModel;
@@ -59,7 +59,7 @@ std::shared_ptr<CameraModel> MakeModel(const QByteArray &content, const QByteArr
 std::shared_ptr<const CameraModel> MakeCameraModel(const QByteArray &content, const QByteArray &fileName,
                                                    bool zipped, QString *pError)
 {
-    return MakeModel(content, fileName, zipped, pError);
+    return MakeModel(content, fileName, zipped, true, pError);
 }
 
 } // namespace KxFarm
@@ -79,7 +79,7 @@ std::shared_ptr<const CameraModel> MakeBuiltinModel(QString *pError)
         *pError = QStringLiteral("the built-in description is missing");
         return nullptr;
     }
-    const auto pModel = MakeModel(file.readAll(), "SimCam-150.xml", true, pError);
+    const auto pModel = MakeModel(file.readAll(), "SimCam-150.xml", true, false, pError);
     if (!pModel)
         return nullptr;
     pModel->strict = true;

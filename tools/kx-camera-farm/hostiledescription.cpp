@@ -3,6 +3,8 @@
 #include "descriptionfile.h"
 
 #include <QList>
+#include <map>
+#include <utility>
 
 namespace KxFarm {
 
@@ -123,7 +125,7 @@ const Hostile HOSTILE[] = {
     {"zip-two-files",
      [](const QByteArray &xml) { return Zipped(ZipOfTwo("other.txt", "not this one", "hostile.xml", xml)); }},
     {"zip-bomb",
-     [](const QByteArray &xml) { return Zipped(ZipOfXml(xml + QByteArray(300 * 1024 * 1024, ' '))); }},
+     [](const QByteArray &xml) { return Zipped(ZipOfXml(xml + QByteArray(100 * 1024 * 1024, ' '))); }},
     {"text-before", [](const QByteArray &xml) { return Plain("garbage\r\n" + xml); }},
     {"bom", [](const QByteArray &xml) { return Plain("\xEF\xBB\xBF" + xml); }},
     {"utf-16", [](const QByteArray &xml) { return Plain(Utf16(xml)); }},
@@ -184,9 +186,18 @@ QList<QByteArray> HostileDescriptionNames()
 std::shared_ptr<const PublishedDescription> MakeHostileDescription(const QByteArray &name,
                                                                    const CameraModel &model)
 {
+    // Some are large; all cameras that play the same one share it.
+    static std::map<std::pair<const CameraModel *, QByteArray>, std::weak_ptr<const PublishedDescription>>
+        s_made;
+    const auto key = std::make_pair(&model, name);
+    if (auto pMade = s_made[key].lock())
+        return pMade;
     for (const Hostile &hostile : HOSTILE) {
-        if (name == hostile.name)
-            return std::make_shared<const PublishedDescription>(hostile.make(model.xml));
+        if (name != hostile.name)
+            continue;
+        auto pMade = std::make_shared<const PublishedDescription>(hostile.make(model.xml));
+        s_made[key] = pMade;
+        return pMade;
     }
     return nullptr;
 }

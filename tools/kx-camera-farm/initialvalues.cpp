@@ -18,14 +18,14 @@ public:
     {
     }
 
-    void Run()
+    void Run(bool everythingExists)
     {
         for (int i = 0; i < m_map.Count(); ++i)
             PowerUp(i);
         ForEach("Boolean", &Filler::FixBoolean);
         // Limits and conditions depend on other features, so what the first round moved may need a second.
         for (int round = 0; round < 3; ++round) {
-            for (int i = 0; i < m_map.Count(); ++i)
+            for (int i = 0; everythingExists && i < m_map.Count(); ++i)
                 MakeExist(i);
             ForEach("Enumeration", &Filler::FixEnumeration);
             ForEach("Integer", &Filler::FixNumber);
@@ -153,9 +153,9 @@ private:
 
 } // namespace
 
-void FillInitialValues(const NodeMap &map, RegisterMemory *pMemory)
+void FillInitialValues(const NodeMap &map, RegisterMemory *pMemory, bool everythingExists)
 {
-    Filler(map, pMemory).Run();
+    Filler(map, pMemory).Run(everythingExists);
 }
 
 } // namespace KxFarm

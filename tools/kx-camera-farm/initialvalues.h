@@ -29,10 +29,10 @@ private:
     RegisterMemory *m_pMemory;
 };
 
-/// Gives the registers behind any description values that its features can have: what is read-only and
-/// decides whether a feature exists says that it does, enumerations have one of their entries, numbers lie
-/// within their limits. Values in *pMemory that are fine stay.
-void FillInitialValues(const NodeMap &map, RegisterMemory *pMemory);
+/// Gives the registers behind any description values that its features can have: those that the description
+/// tells, enumerations one of their entries, numbers within their limits. With `everythingExists`, read-only
+/// registers that decide whether a feature exists say that it does. Values in *pMemory that are fine stay.
+void FillInitialValues(const NodeMap &map, RegisterMemory *pMemory, bool everythingExists);
 
 } // namespace KxFarm
 

@@ -100,6 +100,7 @@ std::unique_ptr<SimulatedCamera> MakeBuiltinCamera()
     CameraIdentity identity;
     identity.vendor = "Simulated";
     identity.model = "SimCam-150";
+    identity.version = "1.0.0";
     identity.serial = "SIM0001";
     identity.mac = 0x02007F1E0901;
     return std::make_unique<SimulatedCamera>(MakeBuiltinModel(&error), identity, 0x7F1E0901);
