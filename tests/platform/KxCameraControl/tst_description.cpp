@@ -1,0 +1,149 @@
+#include <QTest>
+
+#include "protocol/description.h"
+#include "protocol/frame.h"
+
+using namespace kxcc;
+
+namespace
+{
+
+std::string Nested(int nLevels)
+{
+    std::string strText = "<?xml version=\"1.0\"?>";
+    for (int i = 0; i < nLevels; ++i)
+        strText += "<a>";
+    for (int i = 0; i < nLevels; ++i)
+        strText += "</a>";
+    return strText;
+}
+
+QByteArray Utf16(const QString &text, bool bBigEndian)
+{
+    QByteArray bytes = bBigEndian ? QByteArray("\xfe\xff", 2) : QByteArray("\xff\xfe", 2);
+    for (const QChar c : text) {
+        bytes += static_cast<char>(bBigEndian ? c.row() : c.cell());
+        bytes += static_cast<char>(bBigEndian ? c.cell() : c.row());
+    }
+    return bytes;
+}
+
+} // namespace
+
+class tst_Description : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ParseUrl_data();
+    void ParseUrl();
+    void Clean_data();
+    void Clean();
+    void Judge_data();
+    void Judge();
+    void Judge_MoreThanTheLongestText_IsTooLong();
+};
+
+void tst_Description::ParseUrl_data()
+{
+    QTest::addColumn<QByteArray>("url");
+    QTest::addColumn<bool>("good");
+    QTest::addColumn<uint>("address");
+    QTest::addColumn<uint>("size");
+    QTest::addColumn<bool>("zip");
+
+    QTest::newRow("packed") << QByteArray("Local:cam.zip;10000;1A2B") << true << 0x10000U << 0x1A2BU << true;
+    QTest::newRow("plain") << QByteArray("local:cam.xml;C0000000;ff") << true << 0xC0000000U << 0xFFU << false;
+    QTest::newRow("slashes") << QByteArray("Local:///cam.XML;10;20") << true << 0x10U << 0x20U << false;
+    QTest::newRow("hex prefix") << QByteArray("Local:cam.zip;0x10;0x20") << true << 0x10U << 0x20U << true;
+    QTest::newRow("schema version") << QByteArray("Local:a.xml;10;20?SchemaVersion=1.1.0") << true << 0x10U
+                                    << 0x20U << false;
+    QTest::newRow("rest of the register") << QByteArray("Local:a.xml;10;20\0junk;", 23) << true << 0x10U << 0x20U
+                                          << false;
+    for (const char *szBad :
+         {"", "Local:", "Local:a.xml", "Local:a.xml;10", "Local:a.xml;;", "Local:a.xml;zz;20",
+          "Local:a.xml;10;0", "Local:a.xml;10;-1", "Local:a.xml;10;FFFFFFFF", "Local:a.xml;FFFFFFFF;10",
+          "Local:a.xml;10;FFFFFFFFFFFFFFFFFFFF", "File:a.xml;10;20", "http://example/a.xml;1;2",
+          "file:///etc/passwd"})
+        QTest::newRow(szBad) << QByteArray(szBad) << false << 0U << 0U << false;
+}
+
+void tst_Description::ParseUrl()
+{
+    QFETCH(QByteArray, url);
+    const auto parsed = ParseDescriptionUrl(url.toStdString());
+
+    QTEST(parsed.has_value(), "good");
+    if (parsed) {
+        QTEST(parsed->nAddress, "address");
+        QTEST(parsed->nSize, "size");
+        QTEST(parsed->bZip, "zip");
+    }
+}
+
+void tst_Description::Clean_data()
+{
+    QTest::addColumn<QByteArray>("sent");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray good = "<?xml version=\"1.0\"?><R/>";
+
+    QTest::newRow("good") << good << good;
+    QTest::newRow("byte-order mark") << QByteArray("\xef\xbb\xbf") + good << good;
+    QTest::newRow("text before") << QByteArray("  \r\nfoo <!-- ") + good << good;
+    QTest::newRow("trailing NULs") << good + QByteArray(7, '\0') << good;
+    QTest::newRow("no declaration") << QByteArray("\n<R/>") << QByteArray("<R/>");
+    QTest::newRow("UTF-16 little") << Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?><R>\u00b5</R>", false)
+                                   << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><R>\xc2\xb5</R>");
+    QTest::newRow("UTF-16 big") << Utf16("<R/>", true) << QByteArray("<R/>");
+    QTest::newRow("half a UTF-16 character") << QByteArray("\xff\xfe<") << QByteArray();
+    QTest::newRow("nothing") << QByteArray() << QByteArray();
+    QTest::newRow("no XML") << QByteArray("hello") << QByteArray();
+}
+
+void tst_Description::Clean()
+{
+    QFETCH(QByteArray, sent);
+    QTEST(QByteArray::fromStdString(CleanDescription(sent.toStdString())), "expected");
+}
+
+void tst_Description::Judge_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("verdict");
+    const auto row = [](const char *szName, const std::string &strText, DescriptionVerdict verdict) {
+        QTest::newRow(szName) << QByteArray::fromStdString(strText) << static_cast<int>(verdict);
+    };
+    using V = DescriptionVerdict;
+
+    row("good", "<?xml version=\"1.0\"?><R a='>'><b/><c>x</c></R>", V::Good);
+    row("empty", "", V::Empty);
+    row("256 levels", Nested(256), V::Good);
+    row("257 levels", Nested(257), V::TooDeep);
+    row("100000 levels, never closed", Nested(100000).substr(0, 300000), V::TooDeep);
+    row("document type", "<!DOCTYPE R [<!ENTITY a \"b\">]><R>&a;</R>", V::DocumentType);
+    row("document type in a comment", "<!-- <!DOCTYPE R> --><R/>", V::Good);
+    row("document type in CDATA", "<R><![CDATA[<!DOCTYPE R><a>]]></R>", V::Good);
+    row("document type after the root", "<R/><!DOCTYPE R>", V::DocumentType);
+    row("tags in an attribute", "<R a=\"<b><b><b>\"/>", V::Good);
+    row("tags in a processing instruction", "<?p <a><a> ?><R/>", V::Good);
+    row("ends inside a tag", "<R><a", V::NotWellFormed);
+    row("ends inside a comment", "<R><!-- ", V::NotWellFormed);
+    row("never closed", "<R><a></a>", V::NotWellFormed);
+    row("closed too often", "<R></R></R>", V::NotWellFormed);
+    row("a lone bracket", "<", V::NotWellFormed);
+}
+
+void tst_Description::Judge()
+{
+    QFETCH(QByteArray, text);
+    QTEST(static_cast<int>(JudgeDescription(text.toStdString())), "verdict");
+}
+
+void tst_Description::Judge_MoreThanTheLongestText_IsTooLong()
+{
+    std::string strText = "<R>" + std::string(kMaxText, ' ') + "</R>";
+    QVERIFY(JudgeDescription(strText) == DescriptionVerdict::TooLong);
+}
+
+QTEST_APPLESS_MAIN(tst_Description)
+#include "tst_description.moc"

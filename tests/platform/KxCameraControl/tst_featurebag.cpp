@@ -1,0 +1,139 @@
+#include <QFile>
+#include <QTest>
+
+#include <memory>
+
+#include "KxCameraControl/kxerrors.h"
+#include "helper/camera.h"
+#include "helper/featurebag.h"
+#include "memorydevice.h"
+
+using namespace kxcc;
+
+namespace
+{
+
+std::string Description()
+{
+    QFile file(QFINDTESTDATA("data/bag.xml"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+std::string Text(const std::vector<FeatureLine> &lines)
+{
+    std::string strText;
+    for (const FeatureLine &line : lines)
+        strText += line.strName + "=" + line.strValue + " ";
+    return strText;
+}
+
+} // namespace
+
+class tst_FeatureBag : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void Save_SelectedFeature_IsThereOncePerEntry();
+    void Save_Selector_HasItsOwnValueAfterwards();
+    void Load_WhatWasSaved_RestoresEveryEntry();
+    void Load_ValueThatWaitsForALaterLine_IsSetInTheEnd();
+    void Load_RefusedValue_OthersAreSet();
+    void Load_RefusedSelectedValue_IsTriedUnderItsSelector();
+    void Save_CameraIsLost_EndsAtOnce();
+
+private:
+    MemoryDevice *m_pDevice = nullptr;
+    ArvGc *m_pGenICam = nullptr;
+    std::string m_strText;
+    std::unique_ptr<FeatureAccess> m_access;
+    std::unique_ptr<FeatureBag> m_bag;
+};
+
+void tst_FeatureBag::init()
+{
+    m_pDevice = memory_device_new();
+    m_strText = Description();
+    m_pGenICam = MakeGenICam(ARV_DEVICE(m_pDevice), m_strText);
+    QVERIFY(m_pGenICam != nullptr);
+    m_access = std::make_unique<FeatureAccess>(m_pGenICam);
+    m_bag = std::make_unique<FeatureBag>(m_pGenICam, *m_access, [] { return KX_CC_OK; });
+    memory_device_put(m_pDevice, 0x100, 1); // Blue
+    memory_device_put(m_pDevice, 0x200, 11);
+    memory_device_put(m_pDevice, 0x204, 22);
+    memory_device_put(m_pDevice, 0x300, 5);
+    memory_device_put(m_pDevice, 0x304, 50);
+}
+
+void tst_FeatureBag::cleanup()
+{
+    m_bag.reset();
+    m_access.reset();
+    g_clear_object(&m_pGenICam);
+    g_clear_object(&m_pDevice);
+}
+
+void tst_FeatureBag::Save_SelectedFeature_IsThereOncePerEntry()
+{
+    std::vector<FeatureLine> lines;
+    QCOMPARE(m_bag->Save(lines), KX_CC_OK);
+    QCOMPARE(Text(lines), std::string("GainSelector=Blue Limited=5 Limit=50 GainSelector=Red Gain=11 "
+                                      "GainSelector=Blue Gain=22 GainSelector=Blue "));
+}
+
+void tst_FeatureBag::Save_Selector_HasItsOwnValueAfterwards()
+{
+    std::vector<FeatureLine> lines;
+    memory_device_put(m_pDevice, 0x100, 0);
+    QCOMPARE(m_bag->Save(lines), KX_CC_OK);
+    QCOMPARE(memory_device_get(m_pDevice, 0x100), 0U);
+}
+
+void tst_FeatureBag::Load_WhatWasSaved_RestoresEveryEntry()
+{
+    std::vector<FeatureLine> lines;
+    QCOMPARE(m_bag->Save(lines), KX_CC_OK);
+    for (const uint32_t nAddress : {0x100U, 0x200U, 0x204U, 0x300U, 0x304U})
+        memory_device_put(m_pDevice, nAddress, 0);
+
+    QCOMPARE(m_bag->Load(lines), KX_CC_OK);
+
+    QCOMPARE(memory_device_get(m_pDevice, 0x100), 1U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 11U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x204), 22U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x300), 5U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x304), 50U);
+}
+
+void tst_FeatureBag::Load_ValueThatWaitsForALaterLine_IsSetInTheEnd()
+{
+    QCOMPARE(m_bag->Load({{"Limited", "70"}, {"Limit", "80"}}), KX_CC_OK);
+    QCOMPARE(memory_device_get(m_pDevice, 0x300), 70U);
+}
+
+void tst_FeatureBag::Load_RefusedValue_OthersAreSet()
+{
+    QCOMPARE(m_bag->Load({{"Fixed", "1"}, {"Unknown", "1"}, {"Limit", "60"}}), KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(memory_device_get(m_pDevice, 0x304), 60U);
+}
+
+void tst_FeatureBag::Load_RefusedSelectedValue_IsTriedUnderItsSelector()
+{
+    QCOMPARE(m_bag->Load({{"GainSelector", "Red"}, {"Gain", "101"}, {"GainSelector", "Blue"}, {"Gain", "33"}}),
+             KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 11U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x204), 33U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x100), 1U);
+}
+
+void tst_FeatureBag::Save_CameraIsLost_EndsAtOnce()
+{
+    std::vector<FeatureLine> lines;
+    memory_device_fail_at(m_pDevice, 0x300, ARV_DEVICE_ERROR_TIMEOUT);
+    QCOMPARE(m_bag->Save(lines), KX_CC_E_TIMEOUT);
+}
+
+QTEST_APPLESS_MAIN(tst_FeatureBag)
+#include "tst_featurebag.moc"
