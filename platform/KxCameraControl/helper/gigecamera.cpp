@@ -54,6 +54,11 @@ private:
     std::atomic_bool m_bControlLost{false};
 };
 
+bool IsHeld(uint32_t nPrivilege)
+{
+    return (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) != 0;
+}
+
 int CodeOf(Result result)
 {
     switch (result) {
@@ -84,21 +89,19 @@ int GigeCamera::Open(const KX_CC_GIGE_INFO &info, std::function<void()> progress
 /// before anything else is asked of it.
 int GigeCamera::TakeControl()
 {
-    const Result result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
+    // Read before it is written: some cameras do not answer the write of a stranger at all.
+    uint32_t nPrivilege = 0;
+    Result result = m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege);
     if (result == Result::Timeout)
         return KX_CC_E_UNREACHABLE;
+    if (result == Result::Ok && IsHeld(nPrivilege))
+        return KX_CC_E_ACCESS_DENIED;
+    result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
     if (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied)
         return KX_CC_E_ACCESS_DENIED;
     if (result != Result::Ok)
-        return KX_CC_E_DEVICE_STATUS;
+        return CodeOf(result);
     m_bControls = true;
-    // A camera can acknowledge the write and yet keep its holder.
-    uint32_t nPrivilege = 0;
-    if (m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege) == Result::Ok &&
-        (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) == 0) {
-        m_bControls = false;
-        return KX_CC_E_ACCESS_DENIED;
-    }
     uint32_t nHeartbeatMs = 0;
     if (m_channel.ReadRegister(kRegisterHeartbeatTimeout, nHeartbeatMs) == Result::Ok && nHeartbeatMs > 0)
         m_nHeartbeatMs = nHeartbeatMs;
@@ -176,7 +179,7 @@ void GigeCamera::KeepAlive()
         return;
     uint32_t nPrivilege = 0;
     const Result result = m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege);
-    const bool bGone = result == Result::Ok && (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) == 0;
+    const bool bGone = result == Result::Ok && !IsHeld(nPrivilege);
     if (bGone || (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied))
         m_bControlLost = true;
 }

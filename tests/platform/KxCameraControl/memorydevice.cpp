@@ -16,8 +16,7 @@ struct _MemoryDevice
 // NOLINTNEXTLINE(bugprone-*,modernize-*)
 G_DEFINE_TYPE(MemoryDevice, memory_device, ARV_TYPE_DEVICE)
 
-namespace
-{
+namespace {
 
 bool IsGood(MemoryDevice *pDevice, guint64 nAddress, guint32 nSize, GError **pError)
 {
@@ -57,7 +56,9 @@ static void memory_device_class_init(MemoryDeviceClass *pClass)
     ARV_DEVICE_CLASS(pClass)->write_memory = Write;
 }
 
-static void memory_device_init(MemoryDevice * /*pDevice*/) {}
+static void memory_device_init(MemoryDevice * /*pDevice*/)
+{
+}
 
 MemoryDevice *memory_device_new()
 {

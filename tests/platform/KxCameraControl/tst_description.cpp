@@ -5,8 +5,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::string Nested(int nLevels)
 {
@@ -53,13 +52,14 @@ void tst_Description::ParseUrl_data()
     QTest::addColumn<bool>("zip");
 
     QTest::newRow("packed") << QByteArray("Local:cam.zip;10000;1A2B") << true << 0x10000U << 0x1A2BU << true;
-    QTest::newRow("plain") << QByteArray("local:cam.xml;C0000000;ff") << true << 0xC0000000U << 0xFFU << false;
+    QTest::newRow("plain") << QByteArray("local:cam.xml;C0000000;ff") << true << 0xC0000000U << 0xFFU
+                           << false;
     QTest::newRow("slashes") << QByteArray("Local:///cam.XML;10;20") << true << 0x10U << 0x20U << false;
     QTest::newRow("hex prefix") << QByteArray("Local:cam.zip;0x10;0x20") << true << 0x10U << 0x20U << true;
     QTest::newRow("schema version") << QByteArray("Local:a.xml;10;20?SchemaVersion=1.1.0") << true << 0x10U
                                     << 0x20U << false;
-    QTest::newRow("rest of the register") << QByteArray("Local:a.xml;10;20\0junk;", 23) << true << 0x10U << 0x20U
-                                          << false;
+    QTest::newRow("rest of the register")
+        << QByteArray("Local:a.xml;10;20\0junk;", 23) << true << 0x10U << 0x20U << false;
     for (const char *szBad :
          {"", "Local:", "Local:a.xml", "Local:a.xml;10", "Local:a.xml;;", "Local:a.xml;zz;20",
           "Local:a.xml;10;0", "Local:a.xml;10;-1", "Local:a.xml;10;FFFFFFFF", "Local:a.xml;FFFFFFFF;10",

@@ -11,8 +11,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::string Description()
 {
@@ -127,8 +126,8 @@ void tst_FeatureAccess::Access_Conditions_data()
     QTest::newRow("not available") << QByteArray("NotAvailable") << KX_CC_E_FEATURE_ACCESS
                                    << KX_CC_E_FEATURE_ACCESS;
     QTest::newRow("locked") << QByteArray("Locked") << KX_CC_OK << KX_CC_E_FEATURE_ACCESS;
-    QTest::newRow("register below not available") << QByteArray("OverHiddenReg") << KX_CC_E_FEATURE_ACCESS
-                                                  << KX_CC_E_FEATURE_ACCESS;
+    QTest::newRow("register below not available")
+        << QByteArray("OverHiddenReg") << KX_CC_E_FEATURE_ACCESS << KX_CC_E_FEATURE_ACCESS;
 }
 
 void tst_FeatureAccess::Access_Conditions()
@@ -142,8 +141,8 @@ void tst_FeatureAccess::Access_Conditions()
 void tst_FeatureAccess::Find_BrokenPointers_data()
 {
     QTest::addColumn<QByteArray>("feature");
-    for (const char *szName : {"Dangling", "DanglingDeep", "DanglingCondition", "DanglingLimit", "DanglingPort",
-                               "CycleA", "CycleB", "Self", "CycleKnife"})
+    for (const char *szName : {"Dangling", "DanglingDeep", "DanglingCondition", "DanglingLimit",
+                               "DanglingPort", "CycleA", "CycleB", "Self", "CycleKnife"})
         QTest::newRow(szName) << QByteArray(szName);
 }
 

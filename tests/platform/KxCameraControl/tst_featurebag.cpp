@@ -10,8 +10,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::string Description()
 {
@@ -121,8 +120,9 @@ void tst_FeatureBag::Load_RefusedValue_OthersAreSet()
 
 void tst_FeatureBag::Load_RefusedSelectedValue_IsTriedUnderItsSelector()
 {
-    QCOMPARE(m_bag->Load({{"GainSelector", "Red"}, {"Gain", "101"}, {"GainSelector", "Blue"}, {"Gain", "33"}}),
-             KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(
+        m_bag->Load({{"GainSelector", "Red"}, {"Gain", "101"}, {"GainSelector", "Blue"}, {"Gain", "33"}}),
+        KX_CC_E_FILE_PARTIAL);
     QCOMPARE(memory_device_get(m_pDevice, 0x200), 11U);
     QCOMPARE(memory_device_get(m_pDevice, 0x204), 33U);
     QCOMPARE(memory_device_get(m_pDevice, 0x100), 1U);

@@ -7,8 +7,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::vector<uint8_t> BodyOf(const std::vector<uint8_t> &frame, size_t nBlob = 0)
 {

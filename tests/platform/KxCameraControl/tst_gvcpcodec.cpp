@@ -4,8 +4,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::vector<uint8_t> Bytes(const QByteArray &hex)
 {
@@ -16,11 +15,11 @@ std::vector<uint8_t> Bytes(const QByteArray &hex)
 /// A DISCOVERY_ACK by GigE Vision 2.0, table 16-2, written field by field.
 QByteArray DiscoveryPayload()
 {
-    QByteArray payload = QByteArray::fromHex("00020000"  // version 2.0
-                                             "80000001"  // device mode
-                                             "0000a1b2"  // reserved, MAC high
-                                             "c3d4e5f6"  // MAC low
-                                             "00000007"  // IP configuration options
+    QByteArray payload = QByteArray::fromHex("00020000"   // version 2.0
+                                             "80000001"   // device mode
+                                             "0000a1b2"   // reserved, MAC high
+                                             "c3d4e5f6"   // MAC low
+                                             "00000007"   // IP configuration options
                                              "00000006"); // IP configuration current
     payload += QByteArray(12, '\0') + QByteArray::fromHex("7f140a01");
     payload += QByteArray(12, '\0') + QByteArray::fromHex("ff000000");

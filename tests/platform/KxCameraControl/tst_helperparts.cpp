@@ -13,8 +13,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 std::string Zip(const QString &strPath, const QByteArray &content)
 {

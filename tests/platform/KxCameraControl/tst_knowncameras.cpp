@@ -5,8 +5,7 @@
 
 using namespace kxcc;
 
-namespace
-{
+namespace {
 
 KX_CC_DEVICE_INFO Camera(uint32_t nMac, uint32_t nIp)
 {

@@ -14,7 +14,8 @@
  *    thread, one at a time. No call waits for another handle's camera.
  *  - The *deadline* of a call is the longest time that it waits for the camera. It counts the time that
  *    the camera's helper process spends waiting; the time that process works or queues for a processor
- *    is granted on top, up to KX_CC_LONGEST_CALL_MS.
+ *    is granted on top, up to KX_CC_LONGEST_CALL_MS. While the camera is being opened, each part of its
+ *    description that arrives starts the deadline anew: a long description is no silent camera.
  *
  * Each open camera is served by a helper process of its own (kx-camera-session), because a faulty camera
  * can crash or block the code that talks to it. The helper ends with its handle and with this process.
