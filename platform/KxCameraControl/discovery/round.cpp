@@ -93,18 +93,18 @@ void Round::Collect(int nTimeoutMs, size_t nExpected)
 {
     const auto end = Clock::now() + milliseconds(nTimeoutMs);
     auto repeat = Clock::now() + kRepeat;
-    auto lastNew = Clock::now();
+    auto quietSince = Clock::now();
     bool bRepeated = false;
     Broadcast();
     while (Clock::now() < end) {
-        Wait(std::min({end, bRepeated ? end : repeat, lastNew + kQuiet}));
+        Wait(std::min({end, bRepeated ? end : repeat, quietSince + kQuiet}));
         const auto now = Clock::now();
-        if (TakeAnswers() > 0)
-            lastNew = now;
-        else if (nExpected > 0 && m_cameras.size() >= nExpected && now >= lastNew + kQuiet)
+        const bool bNew = TakeAnswers() > 0;
+        const bool bQuiet = !bNew && now >= quietSince + kQuiet;
+        if (bQuiet && nExpected > 0 && m_cameras.size() >= nExpected)
             return;
-        else if (now >= lastNew + kQuiet)
-            lastNew = now; // look again later
+        if (bNew || bQuiet)
+            quietSince = now;
         if (!bRepeated && now >= repeat) {
             bRepeated = true;
             Broadcast();

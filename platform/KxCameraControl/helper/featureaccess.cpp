@@ -95,6 +95,21 @@ int FloatLimits(ArvGcNode *pNode, double &dMin, double &dMax)
     return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
 }
 
+int CodeOfEvaluation(int nGenICamError)
+{
+    switch (nGenICamError) {
+    case ARV_GC_ERROR_OUT_OF_RANGE:
+    case ARV_GC_ERROR_ENUM_ENTRY_NOT_FOUND:
+    case ARV_GC_ERROR_INVALID_SYNTAX:
+        return KX_CC_E_FEATURE_VALUE;
+    case ARV_GC_ERROR_READ_ONLY:
+    case ARV_GC_ERROR_NO_EVENT_IMPLEMENTATION:
+        return KX_CC_E_FEATURE_ACCESS;
+    default:
+        return KX_CC_E_FEATURE_BROKEN;
+    }
+}
+
 bool IsOneOf(const char *szTag, std::initializer_list<const char *> tags)
 {
     for (const char *szCandidate : tags) {
@@ -127,13 +142,8 @@ int CodeOfError(GError *&pError)
         nCode = pError->code == ARV_DEVICE_ERROR_TIMEOUT ? KX_CC_E_TIMEOUT : KX_CC_E_DEVICE_STATUS;
     else if (pError->domain == ARV_CHUNK_PARSER_ERROR)
         nCode = KX_CC_E_FEATURE_ACCESS; // a value of image data, and no images are taken
-    else if (g_error_matches(pError, ARV_GC_ERROR, ARV_GC_ERROR_OUT_OF_RANGE) ||
-             g_error_matches(pError, ARV_GC_ERROR, ARV_GC_ERROR_ENUM_ENTRY_NOT_FOUND) ||
-             g_error_matches(pError, ARV_GC_ERROR, ARV_GC_ERROR_INVALID_SYNTAX))
-        nCode = KX_CC_E_FEATURE_VALUE;
-    else if (g_error_matches(pError, ARV_GC_ERROR, ARV_GC_ERROR_READ_ONLY) ||
-             g_error_matches(pError, ARV_GC_ERROR, ARV_GC_ERROR_NO_EVENT_IMPLEMENTATION))
-        nCode = KX_CC_E_FEATURE_ACCESS;
+    else if (pError->domain == ARV_GC_ERROR)
+        nCode = CodeOfEvaluation(pError->code);
     g_clear_error(&pError);
     return nCode;
 }

@@ -15,8 +15,6 @@
 
 #include "KxCameraControl/kxerrors.h"
 
-extern char **environ;
-
 namespace kxcc {
 namespace {
 
