@@ -3,10 +3,8 @@
 
 #include <QPointer>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QVector>
 
-#include <functional>
 #include <memory>
 
 #include <DevListMgr/lumodevicetree.h>
@@ -16,6 +14,8 @@
 #include <StyleCtl/tarncustomtablewidget.h>
 #include <scripteddevices.h>
 #include <ui/mainwidget.h>
+
+#include "modalhands.h"
 
 /// The tool's window over scripted cameras, and the hands of a person who uses it. The settings of the
 /// user are in a directory of its own.
@@ -66,36 +66,6 @@ public:
 
 private:
     QTemporaryDir m_directory;
-};
-
-/// Operates the modal windows that appear while the code under test waits for them, one handler after the
-/// other, each for the next window of its name (object name, or class name for Qt's own dialogs).
-class ModalHands : public QObject
-{
-public:
-    using Handler = std::function<void(QWidget *)>;
-
-    ModalHands();
-    ~ModalHands() override;
-
-    /// Then, when a window of this name is up, do this.
-    ModalHands &Then(const QString &strName, Handler handler);
-    bool AllDone() const { return m_vecSteps.isEmpty(); }
-
-    /// Types a path into a file dialog and accepts it.
-    static void Choose(QWidget *pDialog, const QString &strPath);
-    static void Cancel(QWidget *pDialog);
-
-private:
-    void Look();
-
-    struct Step
-    {
-        QString strName;
-        Handler handler;
-    };
-    QVector<Step> m_vecSteps;
-    QTimer m_timer;
 };
 
 #endif

@@ -1,0 +1,142 @@
+#include "testdesktop.h"
+
+#include <QByteArrayList>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <csignal>
+#include <cstring>
+
+#include <fcntl.h>
+#include <net/if.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+const int SERVER_START_MS = 20000;
+
+bool WriteFile(const char *pPath, const QByteArray &text)
+{
+    const int nFile = open(pPath, O_WRONLY | O_CLOEXEC);
+    if (nFile < 0)
+        return false;
+    const bool bWritten = write(nFile, text.constData(), size_t(text.size())) == text.size();
+    close(nFile);
+    return bWritten;
+}
+
+bool BringLoopbackUp()
+{
+    const int nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (nSocket < 0)
+        return false;
+    ifreq request = {};
+    std::strncpy(request.ifr_name, "lo", IFNAMSIZ - 1);
+    bool bUp = ioctl(nSocket, SIOCGIFFLAGS, &request) == 0;
+    request.ifr_flags = static_cast<short>(request.ifr_flags | IFF_UP | IFF_RUNNING);
+    bUp = bUp && ioctl(nSocket, SIOCSIFFLAGS, &request) == 0;
+    close(nSocket);
+    return bUp;
+}
+
+/// One line that a child writes, without its end; empty when it does not come.
+QByteArray ReadLine(int nDescriptor)
+{
+    QByteArray line;
+    char c = 0;
+    pollfd waited = {nDescriptor, POLLIN, 0};
+    while (poll(&waited, 1, SERVER_START_MS) == 1 && read(nDescriptor, &c, 1) == 1 && c != '\n')
+        line += c;
+    return line;
+}
+
+} // namespace
+
+TestDesktop::~TestDesktop()
+{
+    for (auto it = m_vecChildren.rbegin(); it != m_vecChildren.rend(); ++it) {
+        kill(*it, SIGTERM);
+        waitpid(*it, nullptr, 0);
+    }
+}
+
+bool TestDesktop::EnterOwnNetwork()
+{
+    const uid_t nUser = getuid();
+    const gid_t nGroup = getgid();
+    if (unshare(CLONE_NEWNET) != 0) { // needs a privilege, which a user name space of ours gives
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0)
+            return false;
+        const QByteArray user = QByteArray::number(nUser);
+        const QByteArray group = QByteArray::number(nGroup);
+        WriteFile("/proc/self/setgroups", "deny");
+        WriteFile("/proc/self/uid_map", user + ' ' + user + " 1");
+        WriteFile("/proc/self/gid_map", group + ' ' + group + " 1");
+    }
+    return BringLoopbackUp();
+}
+
+bool TestDesktop::Start()
+{
+    for (const char *pProgram : {"Xvfb", "openbox"}) {
+        if (QStandardPaths::findExecutable(QString::fromLatin1(pProgram)).isEmpty()) {
+            m_strReason = QStringLiteral("%1 is not installed").arg(QString::fromLatin1(pProgram));
+            return false;
+        }
+    }
+    return StartServer() && StartWindowManager();
+}
+
+bool TestDesktop::StartServer()
+{
+    int pipeEnds[2] = {-1, -1};
+    if (pipe2(pipeEnds, O_CLOEXEC) != 0)
+        return false;
+    // The server chooses a free display and writes its number when it serves.
+    Spawn({"Xvfb", "-displayfd", QByteArray::number(pipeEnds[1]), "-screen", "0", "1600x1000x24", "-nolisten",
+           "tcp", "-noreset"},
+          pipeEnds[1]);
+    close(pipeEnds[1]);
+    const QByteArray number = ReadLine(pipeEnds[0]);
+    close(pipeEnds[0]);
+    if (number.isEmpty()) {
+        m_strReason = QStringLiteral("Xvfb did not start");
+        return false;
+    }
+    qputenv("DISPLAY", ":" + number);
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    return true;
+}
+
+bool TestDesktop::StartWindowManager()
+{
+    return Spawn({"openbox", "--sm-disable"}, -1) > 0;
+}
+
+pid_t TestDesktop::Spawn(const std::vector<QByteArray> &arguments, int nKeptDescriptor)
+{
+    std::vector<char *> pointers;
+    for (const QByteArray &argument : arguments)
+        pointers.push_back(const_cast<char *>(argument.constData()));
+    pointers.push_back(nullptr);
+    const pid_t nChild = fork();
+    if (nChild == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (nKeptDescriptor >= 0)
+            fcntl(nKeptDescriptor, F_SETFD, 0);
+        const int nNull = open("/dev/null", O_RDWR);
+        dup2(nNull, STDOUT_FILENO);
+        dup2(nNull, STDERR_FILENO);
+        execvp(pointers[0], pointers.data());
+        _exit(127);
+    }
+    if (nChild > 0)
+        m_vecChildren.push_back(nChild);
+    return nChild;
+}
