@@ -26,7 +26,7 @@ CameraIdentity MakeIdentity(const CameraModel &model, int number, std::uint32_t 
 QByteArray TakeWord(QByteArray *pLine)
 {
     const int blank = pLine->indexOf(' ');
-    const QByteArray word = blank < 0 ? *pLine : pLine->left(blank);
+    QByteArray word = blank < 0 ? *pLine : pLine->left(blank);
     *pLine = blank < 0 ? QByteArray() : pLine->mid(blank + 1).trimmed();
     return word;
 }

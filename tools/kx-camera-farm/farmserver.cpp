@@ -203,7 +203,7 @@ void FarmServer::OnEvent(std::uint64_t tag)
             Watch(client, TAG_CLIENT | static_cast<std::uint64_t>(client));
     } else {
         m_control.Serve(static_cast<int>(number), [this](const QByteArray &line) {
-            const QByteArray answer = m_pFarm->Execute(line, std::chrono::steady_clock::now());
+            QByteArray answer = m_pFarm->Execute(line, std::chrono::steady_clock::now());
             SynchronisePorts();
             return answer;
         });

@@ -42,9 +42,9 @@ namespace {
 class FilteredFault : public Fault
 {
 public:
-    FilteredFault(std::unique_ptr<Fault> pFault, FaultFilter filter)
+    FilteredFault(std::unique_ptr<Fault> pFault, const FaultFilter &filter)
         : m_pFault(std::move(pFault))
-        , m_filter(std::move(filter))
+        , m_filter(filter)
     {
     }
     void Start(Camera *pCamera) override { m_pFault->Start(pCamera); }
@@ -77,7 +77,7 @@ std::unique_ptr<Fault> MakeFault(const FaultKind &kind, const QByteArray &text, 
     if (!filter.Parse(text, &value, pError))
         return nullptr;
     std::unique_ptr<Fault> pFault = kind.make(value, camera, pError);
-    return pFault ? std::make_unique<FilteredFault>(std::move(pFault), std::move(filter)) : nullptr;
+    return pFault ? std::make_unique<FilteredFault>(std::move(pFault), filter) : nullptr;
 }
 
 } // namespace KxFarm

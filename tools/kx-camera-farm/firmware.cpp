@@ -5,67 +5,6 @@
 
 namespace KxFarm {
 
-namespace {
-
-bool IsFeature(const Node &node)
-{
-    return node.Is("Integer") || node.Is("Float") || node.Is("Enumeration") || node.Is("Boolean") ||
-           node.Is("Command") || (node.Is("IntReg") && node.Find("Streamable"));
-}
-
-bool IsNumber(const Node &node)
-{
-    return node.Is("Integer") || node.Is("Float");
-}
-
-bool IsReadOnly(const Node &feature, const Node &target)
-{
-    return feature.Text("ImposedAccessMode") == "RO" || target.Text("AccessMode") == "RO";
-}
-
-/// Bytes from the first to the last register that a pIndex reaches.
-std::uint64_t IndexedSize(const Node &node, std::size_t size)
-{
-    constexpr std::uint64_t MOST_INDICES = 256;
-    const NodeProperty *pIndex = node.Find("pIndex");
-    if (!pIndex)
-        return size;
-    const std::int64_t stride = ParseDescriptionInteger(pIndex->offset);
-    return (stride > 0 ? static_cast<std::uint64_t>(stride) : size) * MOST_INDICES;
-}
-
-} // namespace
-
-FeatureIndex::FeatureIndex(const NodeMap &map, const RegisterMemory &memory)
-{
-    RegisterMemory copy = memory;
-    MemoryAccess access(&copy);
-    NodeEvaluator evaluator(map, &access);
-    for (int i = 0; i < map.Count(); ++i) {
-        const Node &node = map.At(i);
-        const int target = IsFeature(node) ? evaluator.RegisterOf(i) : -1;
-        const auto field = target >= 0 ? evaluator.Field(target) : std::nullopt;
-        if (!field)
-            continue;
-        m_listSpans.push_back({field->address, field->address + IndexedSize(map.At(target), field->size), i});
-        const bool moves = node.Target("pMin") >= 0 || node.Target("pMax") >= 0;
-        const bool conditional = node.Target("pIsLocked") >= 0 || node.Target("pIsAvailable") >= 0;
-        if (!IsReadOnly(node, map.At(target)) && ((IsNumber(node) && moves) || conditional) &&
-            !node.Is("Command"))
-            m_listDependents.push_back(i);
-    }
-}
-
-std::vector<int> FeatureIndex::Candidates(std::uint32_t address, std::size_t size) const
-{
-    std::vector<int> found;
-    for (const Span &span : m_listSpans) {
-        if (address < span.end && std::uint64_t{address} + size > span.first)
-            found.push_back(span.feature);
-    }
-    return found;
-}
-
 Firmware::Firmware(const NodeMap &map, const FeatureIndex &index, bool strict, RegisterMemory *pMemory,
                    UserSets *pUserSets)
     : m_map(map)
@@ -130,7 +69,8 @@ Gvcp::Status Firmware::Write(std::uint32_t address, const std::uint8_t *data, st
             return status;
         }
     }
-    Settle();
+    if (m_index.Disturbs(address, size))
+        Settle();
     return Gvcp::STATUS_SUCCESS;
 }
 

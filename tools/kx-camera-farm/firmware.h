@@ -1,6 +1,7 @@
 #ifndef KXCAMERAFARM_FIRMWARE_H
 #define KXCAMERAFARM_FIRMWARE_H
 
+#include "featureindex.h"
 #include "gvcp.h"
 #include "initialvalues.h"
 #include "usersets.h"
@@ -10,30 +11,6 @@
 #include <vector>
 
 namespace KxFarm {
-
-/// Which features lie behind which registers. Shared by all cameras of a model; never changes.
-class FeatureIndex
-{
-public:
-    /// `memory` holds what addresses are computed from.
-    FeatureIndex(const NodeMap &map, const RegisterMemory &memory);
-
-    /// Features whose register may cover any of the `size` bytes from `address` on; with selectors, several.
-    std::vector<int> Candidates(std::uint32_t address, std::size_t size) const;
-
-    /// Numbers with limits that move, features with locks and conditions: what other writes may disturb.
-    const std::vector<int> &Dependents() const { return m_listDependents; }
-
-private:
-    struct Span
-    {
-        std::uint32_t first;
-        std::uint64_t end;
-        int feature;
-    };
-    std::vector<Span> m_listSpans;
-    std::vector<int> m_listDependents;
-};
 
 /// What a camera does when somebody writes a manufacturer register: commands, limits, locks, dependencies.
 class Firmware
