@@ -1,7 +1,4 @@
-#include "descriptionfile.h"
-#include "farm.h"
-#include "hostiledescription.h"
-#include "pureclient.h"
+#include "faultfixture.h"
 
 #include <QtTest>
 #include <set>
@@ -27,13 +24,13 @@ QByteArray Hex(const Reply &reply)
 
 } // namespace
 
-/// Every fault by its key, and that the camera is whole again without it.
-class tst_Faults : public QObject
+/// Every fault of commands, answers and network by its key, and that the camera is whole again without it.
+class tst_Faults : public QObject, private FaultFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { Reset(); }
 
     void Set_UnknownKeyOrBadValue_IsRefused_data();
     void Set_UnknownKeyOrBadValue_IsRefused();
@@ -60,49 +57,7 @@ private slots:
     void Address_AfterCommands_CameraMoves();
     void Port_ClosedAfterCommands_IsNotOpen();
     void Unplug_Plug_CameraIsFresh();
-    void WriteClamp_BeyondTheLimit_TakesTheLimit();
-    void WriteRound_BetweenIncrements_TakesTheLower();
-    void ReadOnly_Feature_WriteIsProtected();
-    void Unavailable_Feature_ReadIsDenied();
-    void WriteIgnored_Feature_KeepsItsValueAndSaysSuccess();
-    void WriteResets_OtherFeature_IsAtPowerUpValue();
-    void WriteMovesLimit_OtherFeature_RefusesWhatItTook();
-    void Description_EveryName_PublishesSomething();
-    void Description_Zip_IsBroken_data();
-    void Description_Zip_IsBroken();
-    void DescriptionChanges_SecondOpen_FindsAnother();
-    void Identity_AnyByte_GoesOutInDiscovery();
-    void Configure_AllThenOne_OneWins();
-    void Configure_WrongKey_NamesIt();
-
-private:
-    QByteArray Set(const QByteArray &key, const QByteArray &value)
-    {
-        QString error;
-        return m_pCamera->Set(key, value, &error) ? QByteArray() : error.toUtf8();
-    }
-    int Feature(const char *name) const { return m_pCamera->Device().Model().nodes.Find(name); }
-    Gvcp::Status SetFeature(const char *name, std::int64_t value)
-    {
-        NodeEvaluator evaluator(m_pCamera->Device().Model().nodes, m_pClient.get());
-        evaluator.SetInteger(Feature(name), value);
-        return m_pClient->LastStatus();
-    }
-    std::int64_t Value(const char *name)
-    {
-        NodeEvaluator evaluator(m_pCamera->Device().Model().nodes, m_pClient.get());
-        return evaluator.Integer(Feature(name)).value_or(-1);
-    }
-
-    std::unique_ptr<SimulatedCamera> m_pCamera;
-    std::unique_ptr<PureClient> m_pClient;
 };
-
-void tst_Faults::init()
-{
-    m_pCamera = MakeBuiltinCamera();
-    m_pClient = std::make_unique<PureClient>(m_pCamera.get());
-}
 
 void tst_Faults::Set_UnknownKeyOrBadValue_IsRefused_data()
 {
@@ -385,165 +340,6 @@ void tst_Faults::Unplug_Plug_CameraIsFresh()
     m_pCamera->Plug(TimePoint());
 
     QCOMPARE(Value("Width"), std::int64_t{1936});
-}
-
-void tst_Faults::WriteClamp_BeyondTheLimit_TakesTheLimit()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(Set("write-clamp", "1"), QByteArray());
-
-    QCOMPARE(SetFeature("Width", 5000), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(Value("Width"), std::int64_t{1936});
-    QCOMPARE(SetFeature("Width", 641), Gvcp::STATUS_INVALID_PARAMETER);
-}
-
-void tst_Faults::WriteRound_BetweenIncrements_TakesTheLower()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(Set("write-round", "1"), QByteArray());
-
-    QCOMPARE(SetFeature("Width", 643), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(Value("Width"), std::int64_t{640});
-    QCOMPARE(SetFeature("Width", 5000), Gvcp::STATUS_INVALID_PARAMETER);
-}
-
-void tst_Faults::ReadOnly_Feature_WriteIsProtected()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(Set("read-only", "Height,Width"), QByteArray());
-
-    QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_WRITE_PROTECT);
-    QCOMPARE(Value("Width"), std::int64_t{1936});
-    QCOMPARE(SetFeature("OffsetX", 0), Gvcp::STATUS_SUCCESS);
-}
-
-void tst_Faults::Unavailable_Feature_ReadIsDenied()
-{
-    QCOMPARE(Set("unavailable", "Width"), QByteArray());
-
-    QCOMPARE(Value("Width"), std::int64_t{-1});
-    QCOMPARE(m_pClient->LastStatus(), Gvcp::STATUS_ACCESS_DENIED);
-}
-
-void tst_Faults::WriteIgnored_Feature_KeepsItsValueAndSaysSuccess()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(Set("write-ignored", "Width"), QByteArray());
-
-    QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(Value("Width"), std::int64_t{1936});
-}
-
-void tst_Faults::WriteResets_OtherFeature_IsAtPowerUpValue()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(SetFeature("Height", 480), Gvcp::STATUS_SUCCESS);
-    QCOMPARE(Set("write-resets", "Width=Height"), QByteArray());
-
-    QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(Value("Height"), std::int64_t{1216});
-}
-
-void tst_Faults::WriteMovesLimit_OtherFeature_RefusesWhatItTook()
-{
-    QVERIFY(m_pClient->TakeControl());
-    QCOMPARE(Set("write-moves-limit", "Width=Height"), QByteArray());
-    QCOMPARE(SetFeature("Height", 1000), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_SUCCESS);
-
-    QCOMPARE(SetFeature("Height", 998), Gvcp::STATUS_INVALID_PARAMETER);
-    QCOMPARE(SetFeature("Height", 600), Gvcp::STATUS_SUCCESS);
-}
-
-void tst_Faults::Description_EveryName_PublishesSomething()
-{
-    const auto own = m_pCamera->Device().Model().pDescription;
-    for (const QByteArray &name : HostileDescriptionNames()) {
-        const auto pDescription = MakeHostileDescription(name, m_pCamera->Device().Model());
-        QVERIFY2(pDescription, name.constData());
-        QVERIFY2(pDescription->url != own->url || pDescription->content != own->content, name.constData());
-    }
-    QVERIFY(HostileDescriptionNames().size() >= 28);
-}
-
-void tst_Faults::Description_Zip_IsBroken_data()
-{
-    QTest::addColumn<QByteArray>("name");
-    for (const char *name : {"zip-bad-directory", "zip-bad-header", "zip-bad-size", "zip-truncated",
-                             "zip-encrypted", "zip-bomb"})
-        QTest::newRow(name) << QByteArray(name);
-}
-
-void tst_Faults::Description_Zip_IsBroken()
-{
-    QFETCH(QByteArray, name);
-    QString error;
-
-    const auto pDescription = MakeHostileDescription(name, m_pCamera->Device().Model());
-
-    QVERIFY(LooksLikeZip(pDescription->content));
-    QVERIFY(FirstFileOfZip(pDescription->content, &error).isNull());
-}
-
-void tst_Faults::DescriptionChanges_SecondOpen_FindsAnother()
-{
-    QCOMPARE(Set("description-changes", "renamed"), QByteArray());
-    const QByteArray first = m_pClient->Send("42010084 00080001 00000200 00000200");
-
-    const QByteArray second = m_pClient->Send("42010084 00080001 00000200 00000200");
-
-    QVERIFY(QByteArray::fromHex(first).contains("SimCam-150.zip"));
-    QVERIFY(QByteArray::fromHex(second).contains("hostile.xml"));
-}
-
-void tst_Faults::Identity_AnyByte_GoesOutInDiscovery()
-{
-    QCOMPARE(Set("serial", "a/b\\x01\\xff\\\\"), QByteArray());
-    QCOMPARE(Set("model", QByteArray(64, 'M')), QByteArray());
-    QCOMPARE(Set("mac", "02:11:22:33:44:55"), QByteArray());
-
-    const Bytes bytes = m_pClient->SendBytes(DISCOVER).at(0).bytes;
-
-    const QByteArray ack(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
-    QCOMPARE(ack.mid(8 + 0xD8, 7), QByteArray("a/b\x01\xff\\\0", 7));
-    QCOMPARE(ack.mid(8 + 0x68, 33), QByteArray(32, 'M') + "1"); // the next field follows at once
-    QCOMPARE(ack.mid(8 + 0x0A, 6).toHex(), QByteArray("021122334455"));
-}
-
-void tst_Faults::Configure_AllThenOne_OneWins()
-{
-    QString error;
-    Farm farm;
-    QVERIFY(farm.Populate(MakeBuiltinModel(&error), 3, 0x7F1E0901));
-
-    QVERIFY2(farm.Configure(R"({"*": {"latency-us": 100, "user-name": "all"},
-                                "127.30.9.2": {"latency-us": "700", "model": "Other"},
-                                "SIM0003": {"write-clamp": true}})",
-                            &error),
-             qPrintable(error));
-
-    QCOMPARE(farm.Execute("get 127.30.9.1 latency-us", TimePoint()), QByteArray("ok 100"));
-    QCOMPARE(farm.Execute("get SIM0002 latency-us", TimePoint()), QByteArray("ok 700"));
-    QCOMPARE(farm.Execute("get SIM0002 model", TimePoint()), QByteArray("ok Other"));
-    QCOMPARE(farm.Execute("get SIM0003", TimePoint()), QByteArray("ok write-clamp=1; latency-us=100;"));
-}
-
-void tst_Faults::Configure_WrongKey_NamesIt()
-{
-    QString error;
-    Farm farm;
-    QVERIFY(farm.Populate(MakeBuiltinModel(&error), 1, 0x7F1E0901));
-
-    QVERIFY(!farm.Configure(R"({"*": {"latency": 100}})", &error));
-    QVERIFY(error.contains("\"latency\""));
-    QVERIFY(!farm.Configure("{", &error));
-    QVERIFY(!farm.Configure(R"({"SIM9999": {}})", &error));
-    QVERIFY(error.contains("SIM9999"));
 }
 
 QTEST_APPLESS_MAIN(tst_Faults)
