@@ -44,9 +44,7 @@ KX_CC_BEGIN_DECLS
 #define KX_CC_E_FEATURE_TYPE 182    /**< the feature is of another type than the call */
 #define KX_CC_E_FEATURE_ACCESS 183  /**< not implemented, not available, locked, read or write only */
 #define KX_CC_E_FEATURE_VALUE 184   /**< out of range, or not representable in the call's value type */
-#define KX_CC_E_FEATURE_BROKEN                                                                               \
-    185 /**< the description of this feature is faulty: dangling pointer, cycle                              \
-         */
+#define KX_CC_E_FEATURE_BROKEN 185  /**< its description is faulty: dangling pointer, cycle */
 
 /* A feature file (KX_CC_FeatureSave(), KX_CC_FeatureLoad()). */
 #define KX_CC_E_FILE_OPEN 201    /**< cannot be opened for reading or writing */
