@@ -51,6 +51,13 @@ bool GvcpChannel::Open(uint32_t nInterfaceIp, uint32_t nCameraIp)
            connect(m_nSocket, reinterpret_cast<const sockaddr *>(&camera), sizeof camera) == 0;
 }
 
+void GvcpChannel::SetProgress(std::function<void()> progress)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_progress = std::move(progress);
+    m_progressThread = std::this_thread::get_id();
+}
+
 GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack)
 {
     if (m_bDead)
@@ -64,7 +71,7 @@ GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_
             usleep(20000);
         if (!Await(command, ack))
             continue;
-        if (m_progress)
+        if (m_progress && std::this_thread::get_id() == m_progressThread)
             m_progress();
         if (ack.nStatus == 0)
             return Result::Ok;

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 #include "protocol/gvcpcodec.h"
@@ -46,8 +47,8 @@ public:
     unsigned int DeniedCount() const { return m_nDenied; }
     bool IsDead() const { return m_bDead; }
 
-    /// Called in the commanding thread after each answered command. Set before commands run.
-    void SetProgress(std::function<void()> progress) { m_progress = std::move(progress); }
+    /// Called after each answered command of the thread that calls this, in it; empty for no more.
+    void SetProgress(std::function<void()> progress);
 
 private:
     /// What ends one attempt: the acknowledge is in m_datagram when it is Ok.
@@ -62,6 +63,7 @@ private:
     std::atomic<unsigned int> m_nDenied{0};
     std::atomic_bool m_bDead{false};
     std::function<void()> m_progress;
+    std::thread::id m_progressThread;
     std::array<uint8_t, kGvcpDatagramSize> m_datagram{};
 };
 

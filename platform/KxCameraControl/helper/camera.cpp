@@ -5,12 +5,11 @@
 
 namespace kxcc {
 
-int Camera::Open(const KX_CC_DEVICE_INFO &info, std::function<void()> progress,
-                 std::unique_ptr<Camera> &camera)
+int Camera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch, std::unique_ptr<Camera> &camera)
 {
     int nCode = KX_CC_E_UNSUPPORTED;
     if (info.nTransportType == KX_CC_TRANSPORT_GIGE)
-        camera = OpenGigeCamera(info.SpecialInfo.stGigEInfo, std::move(progress), nCode);
+        camera = OpenGigeCamera(info.SpecialInfo.stGigEInfo, watch, nCode);
     else if (info.nTransportType == KX_CC_TRANSPORT_USB)
         camera = OpenUsbCamera(info.SpecialInfo.stUsbInfo, nCode);
     return nCode;

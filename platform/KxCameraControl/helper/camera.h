@@ -11,6 +11,15 @@
 
 namespace kxcc {
 
+class Camera;
+
+/// Who wants to know how an opening goes on.
+struct OpeningWatch
+{
+    std::function<void()> progress;             ///< from time to time while the description arrives
+    std::function<void(Camera *)> controlTaken; ///< it has to be kept alive from now on; null: no more
+};
+
 /// An open camera: its transport, its description, and the evaluator of its features.
 ///
 /// Lives in the helper's main thread, but for KeepAlive() and Release(), which its watcher calls.
@@ -21,10 +30,9 @@ public:
 
     /// Opens the camera of the record.
     ///
-    /// @param progress  called from time to time while the description arrives
-    /// @param camera    Out: the camera; null on failure
+    /// @param camera  Out: the camera; null on failure
     /// @return KX_CC_OK or what KX_CC_OpenDevice() returns for the failure
-    static int Open(const KX_CC_DEVICE_INFO &info, std::function<void()> progress,
+    static int Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch,
                     std::unique_ptr<Camera> &camera);
 
     virtual ArvGc *GenICam() const = 0;
@@ -45,8 +53,7 @@ public:
 /// @param strText  cleaned and judged; must outlive the result
 ArvGc *MakeGenICam(ArvDevice *pDevice, const std::string &strText);
 
-std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, std::function<void()> progress,
-                                       int &nCode);
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch, int &nCode);
 std::unique_ptr<Camera> OpenUsbCamera(const KX_CC_USB_INFO &info, int &nCode);
 
 } // namespace kxcc

@@ -29,7 +29,7 @@ public:
     }
 
     /// @return KX_CC_OK or the code of the failure; control may have been taken all the same.
-    int Open(const KX_CC_GIGE_INFO &info, std::function<void()> progress);
+    int Open(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch);
 
     ArvGc *GenICam() const override { return m_pGenICam; }
     const std::string &Description() const override { return m_strDescription; }
@@ -71,17 +71,23 @@ int CodeOf(Result result)
     }
 }
 
-int GigeCamera::Open(const KX_CC_GIGE_INFO &info, std::function<void()> progress)
+int GigeCamera::Open(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch)
 {
     if (!m_channel.Open(info.nInterfaceIp, info.nCurrentIp))
         return KX_CC_E_UNREACHABLE;
-    m_channel.SetProgress(std::move(progress));
+    m_channel.SetProgress(watch.progress);
     int nCode = TakeControl();
-    if (nCode == KX_CC_OK)
+    // Parsing a description takes some 50 ms, but seconds when some hundred helpers do it at once: the
+    // camera must not take them for a dead application's.
+    if (nCode == KX_CC_OK) {
+        watch.controlTaken(this);
         nCode = FetchDescription();
+    }
     if (nCode == KX_CC_OK)
         nCode = BuildFeatures();
     m_channel.SetProgress(nullptr);
+    if (nCode != KX_CC_OK)
+        watch.controlTaken(nullptr);
     return nCode;
 }
 
@@ -192,11 +198,10 @@ void GigeCamera::Release()
 
 } // namespace
 
-std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, std::function<void()> progress,
-                                       int &nCode)
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch, int &nCode)
 {
     auto camera = std::make_unique<GigeCamera>();
-    nCode = camera->Open(info, std::move(progress));
+    nCode = camera->Open(info, watch);
     if (nCode != KX_CC_OK) {
         camera->Release();
         camera.reset();

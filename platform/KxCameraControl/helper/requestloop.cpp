@@ -64,13 +64,12 @@ int RequestLoop::Open(const Request &request)
     if (request.blob.size() != sizeof info)
         return KX_CC_E_PARAMETER;
     std::memcpy(&info, request.blob.data(), sizeof info);
-    const int nCode = Camera::Open(
-        info, [this, &request] { m_socket.SendProgress(request.nSerial); }, m_camera);
-    if (nCode != KX_CC_OK)
-        return nCode;
-    m_access = std::make_unique<FeatureAccess>(m_camera->GenICam());
-    m_watcher.SetCamera(m_camera.get());
-    return KX_CC_OK;
+    const OpeningWatch watch{[this, &request] { m_socket.SendProgress(request.nSerial); },
+                             [this](Camera *pCamera) { m_watcher.SetCamera(pCamera); }};
+    const int nCode = Camera::Open(info, watch, m_camera);
+    if (nCode == KX_CC_OK)
+        m_access = std::make_unique<FeatureAccess>(m_camera->GenICam());
+    return nCode;
 }
 
 int RequestLoop::GiveDescription(const Request &request, Reply &reply)

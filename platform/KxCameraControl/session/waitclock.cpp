@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,8 +13,24 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 using std::chrono::steady_clock;
 
+namespace {
+
+/// The start of a file of /proc; empty when it cannot be read.
+std::string ReadProcFile(const std::string &strPath)
+{
+    char text[512];
+    const int nFile = open(strPath.c_str(), O_RDONLY | O_CLOEXEC);
+    if (nFile < 0)
+        return {};
+    const ssize_t nRead = read(nFile, text, sizeof text);
+    close(nFile);
+    return nRead > 0 ? std::string(text, static_cast<size_t>(nRead)) : std::string();
+}
+
+} // namespace
+
 WaitClock::WaitClock(pid_t nPid, milliseconds deadline, milliseconds longest)
-    : m_strStatistics("/proc/" + std::to_string(nPid) + "/schedstat")
+    : m_strProcess("/proc/" + std::to_string(nPid))
     , m_deadline(deadline)
     , m_longest(longest)
     , m_begin(steady_clock::now())
@@ -30,14 +47,15 @@ void WaitClock::Restart()
 
 bool WaitClock::HasExpired() const
 {
-    return Waited() >= m_deadline || steady_clock::now() - m_begin >= m_longest;
+    return steady_clock::now() - m_begin >= m_longest || (Waited() >= m_deadline && !IsRunnable());
 }
 
 milliseconds WaitClock::NextLook() const
 {
+    constexpr milliseconds kSoonest(20);
     const nanoseconds left =
         std::min(m_deadline - Waited(), m_longest - nanoseconds(steady_clock::now() - m_begin));
-    return std::max(milliseconds(1), std::chrono::duration_cast<milliseconds>(left) + milliseconds(1));
+    return std::max(kSoonest, std::chrono::duration_cast<milliseconds>(left) + milliseconds(1));
 }
 
 nanoseconds WaitClock::Waited() const
@@ -51,17 +69,18 @@ nanoseconds WaitClock::Waited() const
 
 nanoseconds WaitClock::Busy() const
 {
-    char text[128] = "";
-    const int nFile = open(m_strStatistics.c_str(), O_RDONLY | O_CLOEXEC);
-    if (nFile < 0)
-        return nanoseconds(0);
-    const ssize_t nRead = read(nFile, text, sizeof text - 1);
-    close(nFile);
-    if (nRead <= 0)
-        return nanoseconds(0);
-    char *pEnd = text;
-    const long long nOnProcessor = strtoll(text, &pEnd, 10);
+    const std::string strText = ReadProcFile(m_strProcess + "/schedstat");
+    char *pEnd = nullptr;
+    const long long nOnProcessor = strtoll(strText.c_str(), &pEnd, 10);
     return nanoseconds(nOnProcessor + strtoll(pEnd, nullptr, 10));
+}
+
+bool WaitClock::IsRunnable() const
+{
+    // "PID (name) STATE ...": the name is the helper's own and holds no ')'.
+    const std::string strText = ReadProcFile(m_strProcess + "/stat");
+    const size_t nName = strText.rfind(')');
+    return nName != std::string::npos && strText.compare(nName, 3, ") R") == 0;
 }
 
 } // namespace kxcc

@@ -18,7 +18,7 @@ public:
     /// The camera gave a sign of life: the deadline starts anew, the longest time does not.
     void Restart();
     bool HasExpired() const;
-    /// Time after which HasExpired() is worth asking again, at least 1 ms.
+    /// Time after which HasExpired() is worth asking again.
     std::chrono::milliseconds NextLook() const;
 
 private:
@@ -26,7 +26,10 @@ private:
     /// Fields 1 and 2 of /proc/PID/schedstat: time on a processor, time in the queue for one.
     std::chrono::nanoseconds Busy() const;
 
-    const std::string m_strStatistics;
+    /// True while it runs or queues: time in the queue is added to the statistics only when it ends.
+    bool IsRunnable() const;
+
+    const std::string m_strProcess;
     const std::chrono::nanoseconds m_deadline;
     const std::chrono::nanoseconds m_longest;
     const std::chrono::steady_clock::time_point m_begin;
