@@ -2,8 +2,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 
 #include <arpa/inet.h>
+#include <unistd.h>
 
 OpenCamera::OpenCamera(const char *szAddress)
 {
@@ -20,6 +22,20 @@ int OpenCamera::Get(const char *szName, uint32_t *pValue) const
     if (pValue != nullptr)
         *pValue = value.nCurValue;
     return nCode;
+}
+
+uint32_t TestNetwork()
+{
+    return 0x7F140000U + (static_cast<uint32_t>(getpid() & 0xFF) << 8U);
+}
+
+const char *TestAddress(int n)
+{
+    static QHash<int, QByteArray> addresses;
+    QByteArray &address = addresses[n];
+    if (address.isEmpty())
+        address = QStringLiteral("127.20.%1.%2").arg(getpid() & 0xFF).arg(n).toLatin1();
+    return address.constData();
 }
 
 KX_CC_DEVICE_INFO RecordFor(const char *szAddress)

@@ -29,6 +29,12 @@ private:
     int m_nCode = KX_CC_E_HANDLE;
 };
 
+/// Address n (1 to 254) of a network of this process's own, so that the same test may run twice at once.
+/// The text lives as long as the process.
+const char *TestAddress(int n);
+/// That network, host order: its cameras have addresses TestNetwork() + n.
+uint32_t TestNetwork();
+
 /// A record that opens the camera at the address without asking it before.
 KX_CC_DEVICE_INFO RecordFor(const char *szAddress);
 

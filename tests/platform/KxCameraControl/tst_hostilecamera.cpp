@@ -38,7 +38,7 @@ private:
 
 namespace {
 
-const char *const kAddress = "127.20.50.1";
+const char *const kAddress = TestAddress(1);
 
 QByteArray Zip(const QByteArray &content)
 {

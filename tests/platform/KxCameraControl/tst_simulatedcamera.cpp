@@ -48,8 +48,8 @@ private:
 
 namespace {
 
-const char *const kFirst = "127.20.40.1";
-const char *const kSecond = "127.20.40.2";
+const char *const kFirst = TestAddress(1);
+const char *const kSecond = TestAddress(2);
 
 /// Rounds of discovery, of the simulator's cameras only.
 class Rounds
@@ -58,13 +58,13 @@ public:
     Rounds() { KX_CC_CreateEnumerator(&m_hEnumerator, KX_CC_TRANSPORT_GIGE); }
     ~Rounds() { KX_CC_DestroyEnumerator(m_hEnumerator); }
 
-    std::vector<KX_CC_DEVICE_INFO> Run(uint32_t nNetwork = 0x7F142800)
+    std::vector<KX_CC_DEVICE_INFO> Run()
     {
         KX_CC_DEVICE_LIST list{};
         std::vector<KX_CC_DEVICE_INFO> found;
         KX_CC_Enumerate(m_hEnumerator, 500, &list);
         for (unsigned int i = 0; i < list.nDeviceNum; ++i) {
-            if ((list.pstDevices[i].SpecialInfo.stGigEInfo.nCurrentIp & 0xFFFFFF00) == nNetwork)
+            if ((list.pstDevices[i].SpecialInfo.stGigEInfo.nCurrentIp & 0xFFFFFF00) == TestNetwork())
                 found.push_back(list.pstDevices[i]);
         }
         return found;
@@ -96,7 +96,7 @@ void tst_SimulatedCamera::Enumerate_Cameras_AreListedOnce()
     QTRY_COMPARE(rounds.Run().size(), size_t{40});
     const auto found = rounds.Run();
     for (size_t i = 0; i < found.size(); ++i) {
-        QCOMPARE(found[i].SpecialInfo.stGigEInfo.nCurrentIp, 0x7F142801U + static_cast<uint32_t>(i));
+        QCOMPARE(found[i].SpecialInfo.stGigEInfo.nCurrentIp, TestNetwork() + 1 + static_cast<uint32_t>(i));
         QCOMPARE(found[i].nAccessStatus, KX_CC_ACCESS_FREE);
     }
 }
@@ -144,9 +144,9 @@ void tst_SimulatedCamera::Enumerate_CameraIsUnplugged_IsUnreachableThenGone()
     QVERIFY(m_farm.Do(QStringLiteral("unplug %1").arg(kFirst)));
     QCOMPARE(rounds.Run().front().nAccessStatus, KX_CC_ACCESS_UNREACHABLE);
     QCOMPARE(rounds.Run().front().nAccessStatus, KX_CC_ACCESS_UNREACHABLE);
-    QCOMPARE(rounds.Run().front().SpecialInfo.stGigEInfo.nCurrentIp, 0x7F142802U);
+    QCOMPARE(rounds.Run().front().SpecialInfo.stGigEInfo.nCurrentIp, TestNetwork() + 2);
     QVERIFY(m_farm.Do(QStringLiteral("plug %1").arg(kFirst)));
-    QTRY_COMPARE(rounds.Run().front().SpecialInfo.stGigEInfo.nCurrentIp, 0x7F142801U);
+    QTRY_COMPARE(rounds.Run().front().SpecialInfo.stGigEInfo.nCurrentIp, TestNetwork() + 1);
 }
 
 void tst_SimulatedCamera::Enumerate_CameraIsMute_IsUnreachable()
@@ -174,8 +174,8 @@ void tst_SimulatedCamera::Enumerate_SameSerialAndName_ListsBoth()
 void tst_SimulatedCamera::FindDevice_Address_GivesTheRecord()
 {
     KX_CC_DEVICE_INFO info{};
-    QCOMPARE(KX_CC_FindDevice("127.20.40.7", 5000, &info), KX_CC_OK);
-    QCOMPARE(info.SpecialInfo.stGigEInfo.nCurrentIp, 0x7F142807U);
+    QCOMPARE(KX_CC_FindDevice(TestAddress(7), 5000, &info), KX_CC_OK);
+    QCOMPARE(info.SpecialInfo.stGigEInfo.nCurrentIp, TestNetwork() + 7);
     QCOMPARE(info.nAccessStatus, KX_CC_ACCESS_FREE);
     QCOMPARE(reinterpret_cast<const char *>(info.SpecialInfo.stGigEInfo.chInterfaceName), "lo");
 }
@@ -184,7 +184,7 @@ void tst_SimulatedCamera::FindDevice_Nobody_IsUnreachable()
 {
     KX_CC_DEVICE_INFO info{};
     info.nAccessStatus = 99;
-    QCOMPARE(KX_CC_FindDevice("127.20.40.200", 300, &info), KX_CC_E_UNREACHABLE);
+    QCOMPARE(KX_CC_FindDevice(TestAddress(200), 300, &info), KX_CC_E_UNREACHABLE);
     QCOMPARE(info.nAccessStatus, 0U);
     QCOMPARE(KX_CC_FindDevice("not an address", 300, &info), KX_CC_E_PARAMETER);
     QCOMPARE(KX_CC_FindDevice(kFirst, 0, &info), KX_CC_E_PARAMETER);
@@ -323,8 +323,9 @@ void tst_SimulatedCamera::Open_FortyCamerasAtOnce_AllWork()
     std::vector<std::thread> threads;
     std::atomic_int nGood{0};
     for (int i = 1; i <= 40; ++i) {
-        threads.emplace_back([i, &nGood] {
-            const OpenCamera camera(qPrintable(QStringLiteral("127.20.40.%1").arg(i)));
+        const char *szAddress = TestAddress(i);
+        threads.emplace_back([i, szAddress, &nGood] {
+            const OpenCamera camera(szAddress);
             const auto nWidth = static_cast<uint32_t>(64 + 16 * i);
             uint32_t nRead = 0;
             bool bGood = camera.Code() == KX_CC_OK && camera.Set("Width", nWidth) == KX_CC_OK;
