@@ -287,7 +287,7 @@ Status Camera::WriteBootstrap(std::uint32_t address, std::uint32_t value, const 
         return STATUS_SUCCESS;
     }
     if (address == Bootstrap::HEARTBEAT_TIMEOUT)
-        value = std::max(value, Bootstrap::MIN_HEARTBEAT_MS);
+        value = std::clamp(value, Bootstrap::MIN_HEARTBEAT_MS, Bootstrap::MAX_HEARTBEAT_MS);
     m_memory.WriteWord(address, value);
     if (address >= Bootstrap::USER_DEFINED_NAME && address < Bootstrap::USER_DEFINED_NAME + 16) {
         m_identity.userName.resize(16); // non-volatile: a reboot keeps it

@@ -23,6 +23,7 @@ private slots:
     void Handle_SpeakingController_KeepsControl();
     void Handle_HeartbeatDisabled_SilentControllerKeepsControl();
     void Handle_HeartbeatBelowTheMinimum_BecomesTheMinimum();
+    void Handle_HeartbeatAboveTheMaximum_BecomesTheMaximum();
     void Handle_ControllerWritesZero_ChannelIsFree();
     void Handle_UserNameWritten_SurvivesAReboot();
     void Handle_TimestampLatched_CountsNanoseconds();
@@ -230,6 +231,17 @@ void tst_Camera::Handle_HeartbeatBelowTheMinimum_BecomesTheMinimum()
     QCOMPARE(client.WriteWord(Bootstrap::HEARTBEAT_TIMEOUT, 10), Gvcp::STATUS_SUCCESS);
 
     QCOMPARE(client.ReadWord(Bootstrap::HEARTBEAT_TIMEOUT), 500U);
+}
+
+void tst_Camera::Handle_HeartbeatAboveTheMaximum_BecomesTheMaximum()
+{
+    const auto pCamera = MakeBuiltinCamera();
+    PureClient client(pCamera.get());
+    QVERIFY(client.TakeControl());
+
+    QCOMPARE(client.WriteWord(Bootstrap::HEARTBEAT_TIMEOUT, 0xFFFFFFFF), Gvcp::STATUS_SUCCESS);
+
+    QCOMPARE(client.ReadWord(Bootstrap::HEARTBEAT_TIMEOUT), 60000U);
 }
 
 void tst_Camera::Handle_ControllerWritesZero_ChannelIsFree()
