@@ -2,6 +2,7 @@
 option(PROJECT_WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 option(PROJECT_BUILD_TESTS "Build the tests" ON)
 option(PROJECT_BUILD_BENCH "Build the benchmarks" OFF)
+option(PROJECT_BUILD_FUZZERS "Build the fuzzers; needs clang and the tests" OFF)
 set(PROJECT_SANITIZE "" CACHE STRING "Sanitizers for all targets, for example address,undefined")
 
 set(CMAKE_CXX_STANDARD 17)
