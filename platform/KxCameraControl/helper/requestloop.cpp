@@ -5,8 +5,18 @@
 #include "KxCameraControl/kxerrors.h"
 #include "helper/featurebag.h"
 #include "helper/usblist.h"
+#include "protocol/idtext.h"
 
 namespace kxcc {
+namespace {
+
+std::string TextOf(const char *szText)
+{
+    constexpr size_t kLongest = 256;
+    return szText != nullptr ? CleanIdText(szText, std::strlen(szText), kLongest) : std::string();
+}
+
+} // namespace
 
 void RequestLoop::Run()
 {
@@ -126,12 +136,9 @@ int RequestLoop::SaveFeatures(const Request &request, Reply &reply)
         return nCode;
     auto *pRoot = ARV_GC_REGISTER_DESCRIPTION_NODE(
         arv_dom_document_get_document_element(ARV_DOM_DOCUMENT(m_camera->GenICam())));
-    char *szVendor = arv_gc_register_description_node_get_vendor_name(pRoot);
-    char *szModel = arv_gc_register_description_node_get_model_name(pRoot);
-    const std::string strDevice =
-        std::string(szVendor != nullptr ? szVendor : "") + " -- " + (szModel != nullptr ? szModel : "");
-    g_free(szVendor);
-    g_free(szModel);
+    // Borrowed from the description, for all that they are not const; cleaned to stay on their line.
+    const std::string strDevice = TextOf(arv_gc_register_description_node_get_vendor_name(pRoot)) + " -- " +
+                                  TextOf(arv_gc_register_description_node_get_model_name(pRoot));
     const std::string strText = WriteFeatureFile({"GenApi persistence file", "Device = " + strDevice}, lines);
     reply.blob.assign(strText.begin(), strText.end());
     return KX_CC_OK;
