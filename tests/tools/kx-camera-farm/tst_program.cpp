@@ -32,7 +32,7 @@ public:
         const sockaddr_in self = Name("127.0.0.1", 0);
         ::setsockopt(m_nSocket, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
         ::setsockopt(m_nSocket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        ::bind(m_nSocket, reinterpret_cast<const sockaddr *>(&self), sizeof self);
+        (void)::bind(m_nSocket, reinterpret_cast<const sockaddr *>(&self), sizeof self);
     }
     ~UdpSocket() { ::close(m_nSocket); }
     UdpSocket(const UdpSocket &) = delete;
@@ -42,7 +42,7 @@ public:
     void Connect(const char *address)
     {
         const sockaddr_in name = Name(address, 3956);
-        ::connect(m_nSocket, reinterpret_cast<const sockaddr *>(&name), sizeof name);
+        (void)::connect(m_nSocket, reinterpret_cast<const sockaddr *>(&name), sizeof name);
     }
     void Send(const char *address, const QByteArray &hex)
     {
