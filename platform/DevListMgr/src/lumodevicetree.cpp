@@ -41,8 +41,7 @@ LumoDeviceTree::LumoDeviceTree(QWidget *parent)
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
     header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    setIndentation(12);
-    setRootIsDecorated(false);
+    setIndentation(8); // the first step is a margin
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideRight);
