@@ -2,8 +2,10 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QMoveEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "compositingwatch.h"
@@ -152,6 +154,23 @@ void TarnCustomDialog::PlaceInCentre()
     const QPoint most = available.bottomRight() - QPoint(width() - 1, height() - 1);
     move(qMax(available.left(), qMin(place.left(), most.x())),
          qMax(available.top(), qMin(place.top(), most.y())));
+    m_placed = pos();
+    m_bPlaced = !m_placed.isNull();
+}
+
+// Some window managers report a window that they are framing at the frame's first place, the corner of the
+// screen, and nothing more when the frame reaches its own. Dialogs and tool tips would then be placed as if
+// the window were in the corner. Asked to move it to where it is, they tell the truth.
+void TarnCustomDialog::moveEvent(QMoveEvent *pEvent)
+{
+    QDialog::moveEvent(pEvent);
+    if (!m_bPlaced || !isVisible() || !pEvent->pos().isNull())
+        return;
+    m_bPlaced = false; // once for each show
+    QTimer::singleShot(0, this, [this] {
+        move(m_placed);
+        setAttribute(Qt::WA_Moved, false);
+    });
 }
 
 void TarnCustomDialog::changeEvent(QEvent *pEvent)

@@ -59,6 +59,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *pEvent) override;
     void mousePressEvent(QMouseEvent *pEvent) override;
     void mouseReleaseEvent(QMouseEvent *pEvent) override;
+    void moveEvent(QMoveEvent *pEvent) override;
     void paintEvent(QPaintEvent *pEvent) override;
     void showEvent(QShowEvent *pEvent) override;
 
@@ -74,6 +75,8 @@ private:
     QVBoxLayout *m_pFrameLayout = nullptr;
     QHash<int, QColor> m_mapBackground; // by CtrlState
     TarnCustom::StrechEdges m_strechEdges = TarnCustom::StrechNone;
+    QPoint m_placed;           // where the last show put the window
+    bool m_bPlaced = false;    // it did, and the window manager has not answered with nonsense yet
     bool m_bShadow = false;      // wished for
     bool m_bCompositing = false; // as of the last look
     std::unique_ptr<FrameGrip> m_pGrip;
