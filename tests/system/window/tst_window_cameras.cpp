@@ -40,6 +40,7 @@ private slots:
     void cleanup();
 
     void Rows_CamerasFound_ShowThem();
+    void Message_Shown_StandsOverTheWindow();
     void Tick_ByMouseAndKeyboard_EnablesTheButtons();
     void Header_Ticked_TicksAll();
     void Sort_ByClicks_TurnsTheOrder();
@@ -167,6 +168,19 @@ void tst_WindowCameras::Rows_CamerasFound_ShowThem()
     QVERIFY(!Text(0, 2).isEmpty());
     QVERIFY(!Text(0, 6).isEmpty());
     QCOMPARE(Tree()->findItem(LumoDeviceTree::AllCamerasItem, -1)->text(1), QString::number(CAMERAS));
+}
+
+void tst_WindowCameras::Message_Shown_StandsOverTheWindow()
+{
+    QTRY_VERIFY(!m_pWindow->pos().isNull()); // the display's corner is not where it is put
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        QTRY_COMPARE((pBox->geometry().center() - m_pWindow->geometry().center()).manhattanLength() < 10,
+                     true);
+        QTest::keyClick(pBox, Qt::Key_Return);
+    });
+    m_pWindow->OnShowMsg("title", "content", "detail");
+    QVERIFY(hands.AllDone());
 }
 
 void tst_WindowCameras::Tick_ByMouseAndKeyboard_EnablesTheButtons()
