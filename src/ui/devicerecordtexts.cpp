@@ -1,37 +1,20 @@
 #include "devicerecordtexts.h"
 
 #include <ToolBase/lumointerface.h>
-
-namespace {
-
-template <int nWidth>
-QString Text(const unsigned char (&chField)[nWidth])
-{
-    return LumoInterface::uchar2QString(chField, nWidth, "UTF-8");
-}
-
-} // namespace
+#include <worker/cameraidentity.h>
 
 DeviceTexts TextsOfDevice(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
 {
-    const KX_CC_DEVICE_INFO &stInfo = stDeviceInfo.stDevInfo;
+    const CameraIdentity::Names names =
+        CameraIdentity::FileNameParts(stDeviceInfo, CameraIdentity::Reading::FieldWidth);
     DeviceTexts texts;
+    texts.strPortID = CameraIdentity::PortId(stDeviceInfo);
+    texts.strModel = names.strModel;
+    texts.strUserName = CameraIdentity::UserName(stDeviceInfo);
+    texts.strSerial = names.strSerial;
     if (stDeviceInfo.nDeviceType == NetworkDevice) {
-        const KX_CC_GIGE_INFO &stGigE = stInfo.SpecialInfo.stGigEInfo;
-        texts.strModel = Text(stGigE.chModelName);
-        texts.strUserName = Text(stGigE.chUserDefinedName);
-        texts.strSerial = Text(stGigE.chSerialNumber);
-        texts.strMacAddress = LumoInterface::int2StringMacAddress(stInfo.nMacAddrHigh, stInfo.nMacAddrLow);
-    } else if (stDeviceInfo.nDeviceType == UsbDevice) {
-        const KX_CC_USB_INFO &stUsb = stInfo.SpecialInfo.stUsbInfo;
-        texts.strModel = Text(stUsb.chModelName);
-        texts.strUserName = Text(stUsb.chUserDefinedName);
-        texts.strSerial = Text(stUsb.chSerialNumber);
-    } else if (stDeviceInfo.nDeviceType == PortDevice) {
-        const KX_CC_PORT_INFO &stPort = stInfo.SpecialInfo.stPortInfo;
-        texts.strPortID = Text(stPort.chPortId);
-        texts.strModel = Text(stPort.chModelName);
-        texts.strSerial = Text(stPort.chSerialNumber);
+        texts.strMacAddress = LumoInterface::int2StringMacAddress(stDeviceInfo.stDevInfo.nMacAddrHigh,
+                                                                  stDeviceInfo.stDevInfo.nMacAddrLow);
     }
     return texts;
 }

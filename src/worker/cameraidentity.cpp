@@ -18,29 +18,28 @@ Field FieldOf(const unsigned char (&text)[nWidth])
     return {text, static_cast<int>(nWidth)};
 }
 
-Field ModelField(const _STRUCT_DEVICE_INFO_ &info)
+/// The texts of a record; a transport leaves out those it does not have.
+struct Fields
 {
-    switch (info.nDeviceType) {
-    case KX_CC_TRANSPORT_GIGE:
-        return FieldOf(info.stDevInfo.SpecialInfo.stGigEInfo.chModelName);
-    case KX_CC_TRANSPORT_USB:
-        return FieldOf(info.stDevInfo.SpecialInfo.stUsbInfo.chModelName);
-    case KX_CC_TRANSPORT_PORT:
-        return FieldOf(info.stDevInfo.SpecialInfo.stPortInfo.chModelName);
-    default:
-        return {};
-    }
-}
+    Field model;
+    Field serial;
+    Field userName;
+    Field portId;
+};
 
-Field SerialField(const _STRUCT_DEVICE_INFO_ &info)
+Fields FieldsOf(const _STRUCT_DEVICE_INFO_ &info)
 {
+    const auto &special = info.stDevInfo.SpecialInfo;
     switch (info.nDeviceType) {
     case KX_CC_TRANSPORT_GIGE:
-        return FieldOf(info.stDevInfo.SpecialInfo.stGigEInfo.chSerialNumber);
+        return {FieldOf(special.stGigEInfo.chModelName), FieldOf(special.stGigEInfo.chSerialNumber),
+                FieldOf(special.stGigEInfo.chUserDefinedName), Field()};
     case KX_CC_TRANSPORT_USB:
-        return FieldOf(info.stDevInfo.SpecialInfo.stUsbInfo.chSerialNumber);
+        return {FieldOf(special.stUsbInfo.chModelName), FieldOf(special.stUsbInfo.chSerialNumber),
+                FieldOf(special.stUsbInfo.chUserDefinedName), Field()};
     case KX_CC_TRANSPORT_PORT:
-        return FieldOf(info.stDevInfo.SpecialInfo.stPortInfo.chSerialNumber);
+        return {FieldOf(special.stPortInfo.chModelName), FieldOf(special.stPortInfo.chSerialNumber), Field(),
+                FieldOf(special.stPortInfo.chPortId)};
     default:
         return {};
     }
@@ -58,7 +57,18 @@ QString Text(const Field &field, CameraIdentity::Reading reading)
 
 CameraIdentity::Names CameraIdentity::FileNameParts(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, Reading reading)
 {
-    return {Text(ModelField(stDeviceInfo), reading), Text(SerialField(stDeviceInfo), reading)};
+    const Fields fields = FieldsOf(stDeviceInfo);
+    return {Text(fields.model, reading), Text(fields.serial, reading)};
+}
+
+QString CameraIdentity::UserName(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
+{
+    return Text(FieldsOf(stDeviceInfo).userName, Reading::FieldWidth);
+}
+
+QString CameraIdentity::PortId(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
+{
+    return Text(FieldsOf(stDeviceInfo).portId, Reading::FieldWidth);
 }
 
 QString CameraIdentity::FilePath(const QString &strDirectory, const Names &names)
@@ -70,12 +80,12 @@ QString CameraIdentity::FilePath(const QString &strDirectory, const Names &names
 
 bool CameraIdentity::HasModelName(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
 {
-    return ModelField(stDeviceInfo).pText != nullptr;
+    return FieldsOf(stDeviceInfo).model.pText != nullptr;
 }
 
 QString CameraIdentity::ModelNameInFile(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
 {
-    const Field field = ModelField(stDeviceInfo);
+    const Field field = FieldsOf(stDeviceInfo).model;
     const char *pText = reinterpret_cast<const char *>(field.pText);
     return QString::fromLatin1(pText, static_cast<int>(qstrnlen(pText, static_cast<uint>(field.nWidth))));
 }

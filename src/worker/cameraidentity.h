@@ -25,6 +25,12 @@ enum class Reading
 /// Model name and serial number, decoded as UTF-8: the parts of a file name.
 Names FileNameParts(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, Reading reading);
 
+/// The name that the user gave the camera; empty for port cameras, which have none.
+QString UserName(const _STRUCT_DEVICE_INFO_ &stDeviceInfo);
+
+/// The port that a port camera is reached by; empty for every other one.
+QString PortId(const _STRUCT_DEVICE_INFO_ &stDeviceInfo);
+
 /// "MODEL_SERIAL.kfb" in the directory; "_.kfb" for a transport without names.
 QString FilePath(const QString &strDirectory, const Names &names);
 

@@ -6,12 +6,6 @@
 
 namespace {
 
-template <std::size_t N>
-QString Text(const unsigned char (&field)[N])
-{
-    return LumoInterface::uchar2QString(field, N, "UTF-8");
-}
-
 QString DottedAddress(quint32 address)
 {
     return QStringLiteral("%1.%2.%3.%4")
@@ -35,24 +29,33 @@ QString AccessText(quint32 accessStatus)
     }
 }
 
-void FillGigE(Camera &camera, const KX_CC_GIGE_INFO &info)
+/// What a user finds the camera by.
+QString AddressText(const StructDeviceInfo &record)
 {
-    camera.strTransport = QStringLiteral("gige");
-    camera.strUserName = Text(info.chUserDefinedName);
-    camera.strAddress = DottedAddress(info.nCurrentIp);
+    const auto &special = record.stDevInfo.SpecialInfo;
+    switch (record.nDeviceType) {
+    case KX_CC_TRANSPORT_GIGE:
+        return DottedAddress(special.stGigEInfo.nCurrentIp);
+    case KX_CC_TRANSPORT_USB:
+        return LumoInterface::uchar2QString(special.stUsbInfo.chDeviceGuid,
+                                            sizeof special.stUsbInfo.chDeviceGuid, "UTF-8");
+    default:
+        return CameraIdentity::PortId(record);
+    }
 }
 
-void FillUsb(Camera &camera, const KX_CC_USB_INFO &info)
+QString TransportText(quint32 transportType)
 {
-    camera.strTransport = QStringLiteral("usb3");
-    camera.strUserName = Text(info.chUserDefinedName);
-    camera.strAddress = Text(info.chDeviceGuid);
-}
-
-void FillPort(Camera &camera, const KX_CC_PORT_INFO &info)
-{
-    camera.strTransport = QStringLiteral("port");
-    camera.strAddress = Text(info.chPortId);
+    switch (transportType) {
+    case KX_CC_TRANSPORT_GIGE:
+        return QStringLiteral("gige");
+    case KX_CC_TRANSPORT_USB:
+        return QStringLiteral("usb3");
+    case KX_CC_TRANSPORT_PORT:
+        return QStringLiteral("port");
+    default:
+        return {};
+    }
 }
 
 } // namespace
@@ -64,23 +67,13 @@ Camera MakeCamera(const KX_CC_DEVICE_INFO &info, int deviceId)
     camera.record.nDeviceType = info.nTransportType;
     camera.record.nAccessStatus = info.nAccessStatus;
     camera.record.stDevInfo = info;
-    camera.strAccess = AccessText(info.nAccessStatus);
     const CameraIdentity::Names names =
         CameraIdentity::FileNameParts(camera.record, CameraIdentity::Reading::FieldWidth);
     camera.strModel = names.strModel;
     camera.strSerial = names.strSerial;
-    switch (info.nTransportType) {
-    case KX_CC_TRANSPORT_GIGE:
-        FillGigE(camera, info.SpecialInfo.stGigEInfo);
-        break;
-    case KX_CC_TRANSPORT_USB:
-        FillUsb(camera, info.SpecialInfo.stUsbInfo);
-        break;
-    case KX_CC_TRANSPORT_PORT:
-        FillPort(camera, info.SpecialInfo.stPortInfo);
-        break;
-    default:
-        break;
-    }
+    camera.strUserName = CameraIdentity::UserName(camera.record);
+    camera.strAddress = AddressText(camera.record);
+    camera.strTransport = TransportText(info.nTransportType);
+    camera.strAccess = AccessText(info.nAccessStatus);
     return camera;
 }
