@@ -1,8 +1,10 @@
 #include "testdesktop.h"
 
-#include <QByteArrayList>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
 
 #include <csignal>
 #include <cstring>
@@ -116,7 +118,17 @@ bool TestDesktop::StartServer()
 
 bool TestDesktop::StartWindowManager()
 {
-    return Spawn({"openbox", "--sm-disable"}, -1) > 0;
+    // A window that is shown before the window manager serves is never made the active one.
+    const QTemporaryDir directory;
+    const QString strReady = directory.filePath(QStringLiteral("ready"));
+    Spawn({"openbox", "--sm-disable", "--startup", "touch " + QFile::encodeName(strReady)}, -1);
+    const QDeadlineTimer deadline(SERVER_START_MS);
+    while (!QFile::exists(strReady) && !deadline.hasExpired())
+        QThread::msleep(10);
+    if (QFile::exists(strReady))
+        return true;
+    m_strReason = QStringLiteral("openbox did not start");
+    return false;
 }
 
 pid_t TestDesktop::Spawn(const std::vector<QByteArray> &arguments, int nKeptDescriptor)
