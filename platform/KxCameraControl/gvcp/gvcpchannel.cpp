@@ -17,10 +17,19 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// Five times half a second, as Aravis does: it has proven itself against cameras that are slow after a
-// change of mode, and stays below the deadline of a call.
-constexpr int kAttempts = 5;
-constexpr milliseconds kAttemptTime(500);
+// A command is repeated for 2.5 s, as Aravis does: that has proven itself against cameras that are slow after
+// a change of mode, and stays below the deadline of a call.
+constexpr milliseconds kGiveUp(2500);
+// A write is repeated rarely, for a camera may carry it out twice. A read does no harm: it is repeated as
+// soon as an answer is overdue, first after a multiple of the time that the last answer took, then at twice
+// the distance up to a limit. So a lost datagram costs little, and a slow camera is not flooded.
+constexpr milliseconds kWriteRepeat(500);
+constexpr milliseconds kFirstReadRepeat(60);
+constexpr milliseconds kLastReadRepeat(240);
+constexpr int kOverdue = 4;
+// A busy camera is asked again up to so often, at this distance.
+constexpr int kBusyPauses = 10;
+constexpr useconds_t kBusyPauseUs = 50000;
 
 sockaddr_in Address(uint32_t nIp, uint16_t nPort)
 {
@@ -60,33 +69,58 @@ void GvcpChannel::SetProgress(std::function<void()> progress)
 
 GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack)
 {
-    if (m_bDead)
-        return Result::Timeout;
+    for (int nPauses = 0;; ++nPauses) {
+        if (m_bDead || !Exchange(command, bytes, ack)) {
+            m_bDead = true;
+            return Result::Timeout;
+        }
+        if (m_progress && std::this_thread::get_id() == m_progressThread)
+            m_progress();
+        if (ack.nStatus != kGvcpStatusBusy || m_bBusy || nPauses == kBusyPauses)
+            return Judge(ack);
+        usleep(kBusyPauseUs);
+    }
+}
+
+bool GvcpChannel::Exchange(GvcpCommand command, std::vector<uint8_t> &bytes, GvcpAck &ack)
+{
     m_nRequestId = m_nRequestId == UINT16_MAX ? 1 : static_cast<uint16_t>(m_nRequestId + 1);
     bytes[6] = static_cast<uint8_t>(m_nRequestId >> 8);
     bytes[7] = static_cast<uint8_t>(m_nRequestId);
-    for (int nAttempt = 0; nAttempt < kAttempts; ++nAttempt) {
+    const bool bRead = command == GvcpCommand::ReadRegister || command == GvcpCommand::ReadMemory;
+    milliseconds wait = bRead ? FirstReadRepeat() : kWriteRepeat;
+    const milliseconds longestWait = std::max(wait, kLastReadRepeat);
+    for (milliseconds spent(0); spent < kGiveUp; spent += wait, wait = std::min(wait * 2, longestWait)) {
         // A send may give the error of an earlier one (port unreachable); the answer tells.
         if (send(m_nSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
             usleep(20000);
-        if (!Await(command, ack))
-            continue;
-        if (m_progress && std::this_thread::get_id() == m_progressThread)
-            m_progress();
-        if (ack.nStatus == 0)
-            return Result::Ok;
-        m_nLastStatus = ack.nStatus;
-        if (ack.nStatus == kGvcpStatusAccessDenied)
-            ++m_nDenied;
-        return Result::Status;
+        if (Await(command, wait, ack))
+            return true;
     }
-    m_bDead = true;
-    return Result::Timeout;
+    return false;
 }
 
-bool GvcpChannel::Await(GvcpCommand command, GvcpAck &ack)
+GvcpChannel::Result GvcpChannel::Judge(const GvcpAck &ack)
 {
-    auto end = steady_clock::now() + kAttemptTime;
+    // One that stays busy is not waited for again with every further command.
+    m_bBusy = ack.nStatus == kGvcpStatusBusy;
+    if (ack.nStatus == 0)
+        return Result::Ok;
+    m_nLastStatus = ack.nStatus;
+    if (ack.nStatus == kGvcpStatusAccessDenied)
+        ++m_nDenied;
+    return Result::Status;
+}
+
+milliseconds GvcpChannel::FirstReadRepeat() const
+{
+    return std::clamp(m_answerTime * kOverdue, kFirstReadRepeat, kWriteRepeat);
+}
+
+bool GvcpChannel::Await(GvcpCommand command, milliseconds wait, GvcpAck &ack)
+{
+    const auto begin = steady_clock::now();
+    auto end = begin + wait;
     for (;;) {
         const auto left = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
         pollfd descriptor{m_nSocket, POLLIN, 0};
@@ -107,11 +141,12 @@ bool GvcpChannel::Await(GvcpCommand command, GvcpAck &ack)
             continue;
         if (parsed->nCommand == AckOf(command)) {
             ack = *parsed;
+            m_answerTime = std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
             return true;
         }
         // The caller of the helper bounds how often a camera may ask for more time.
         if (parsed->nCommand == kGvcpPendingAck)
-            end = steady_clock::now() + kAttemptTime + milliseconds(ParsePendingAck(*parsed).value_or(0));
+            end = steady_clock::now() + kWriteRepeat + milliseconds(ParsePendingAck(*parsed).value_or(0));
     }
 }
 

@@ -2,6 +2,7 @@
 #define KXCAMERACONTROL_GVCP_GVCPCHANNEL_H
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -14,7 +15,8 @@ namespace kxcc {
 /// The control channel to one GigE Vision camera: one command at a time, repeated until acknowledged.
 ///
 /// Thread-safe; a second command waits for the first. A camera that leaves a command without an answer is
-/// taken for dead: from then on every command fails at once, so a dead camera costs one time-out only.
+/// taken for dead: from then on every command fails at once, so a dead camera costs one time-out only. One
+/// that answers that it is busy is asked again for a while.
 class GvcpChannel
 {
 public:
@@ -51,14 +53,20 @@ public:
     void SetProgress(std::function<void()> progress);
 
 private:
-    /// What ends one attempt: the acknowledge is in m_datagram when it is Ok.
+    /// Ok and Status: the acknowledge is in m_datagram.
     Result Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack);
-    bool Await(GvcpCommand command, GvcpAck &ack);
+    /// One command under one id; false when it stays without an answer.
+    bool Exchange(GvcpCommand command, std::vector<uint8_t> &bytes, GvcpAck &ack);
+    bool Await(GvcpCommand command, std::chrono::milliseconds wait, GvcpAck &ack);
+    Result Judge(const GvcpAck &ack);
+    std::chrono::milliseconds FirstReadRepeat() const;
     Result ReadBlock(uint32_t nAddress, uint8_t *pBuffer, uint16_t nSize);
 
     std::mutex m_mutex;
     int m_nSocket = -1;
     uint16_t m_nRequestId = 0;
+    bool m_bBusy = false;                      // it was at the end of the last command
+    std::chrono::milliseconds m_answerTime{0}; // of the last answer, since the command was last sent
     std::atomic<uint16_t> m_nLastStatus{0};
     std::atomic<unsigned int> m_nDenied{0};
     std::atomic_bool m_bDead{false};

@@ -49,6 +49,7 @@ enum class GvcpCommand : uint16_t
 
 constexpr uint16_t kGvcpPendingAck = 0x0089;
 constexpr uint16_t kGvcpStatusAccessDenied = 0x8006;
+constexpr uint16_t kGvcpStatusBusy = 0x8007;
 
 /// The acknowledge that belongs to a command (its number is the command's plus one).
 constexpr uint16_t AckOf(GvcpCommand command)
