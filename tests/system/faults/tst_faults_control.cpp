@@ -1,0 +1,86 @@
+#include <QtTest>
+
+#include "faultbatch.h"
+
+Q_DECLARE_METATYPE(FaultBatch::Wanted)
+
+// A camera of a batch that falls silent, restarts, moves, or belongs to somebody else.
+class tst_Faults_Control : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void Export_CameraGoes_OtherCamerasComplete_data();
+    void Export_CameraGoes_OtherCamerasComplete();
+    void Export_CameraUnplugged_IsNotFoundAndTheOthersAreExported();
+    void Export_CameraPluggedAgain_IsExported();
+
+private:
+    FaultBatch m_batch{"127.50.2."};
+};
+
+void tst_Faults_Control::initTestCase()
+{
+    if (!CameraFarm::IsInstalled())
+        QSKIP("kx-camera-farm is not built");
+    QCOMPARE(m_batch.Prepare(), QString());
+}
+
+void tst_Faults_Control::Export_CameraGoes_OtherCamerasComplete_data()
+{
+    using Wanted = FaultBatch::Wanted;
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<Wanted>("wanted");
+    const auto row = [](const char *name, const char *fault, Wanted wanted) {
+        QTest::newRow(name) << QByteArray(fault) << wanted;
+    };
+    row("silent", "mute 1", Wanted::NoFile);
+    row("silent after the first answer", "mute-after 1", Wanted::NoFile);
+    row("silent during the description", "mute-after 6", Wanted::NoFile);
+    row("silent during the features", "mute-after 100", Wanted::Part);
+    row("port closed", "port-closed-after 1", Wanted::NoFile);
+    row("port closed during the features", "port-closed-after 100", Wanted::Part);
+    row("held by another", "control-held 1", Wanted::NoFile);
+    row("stolen while opening", "control-stolen-after 3", Wanted::NoFile);
+    row("stolen during the features", "control-stolen-after 100", Wanted::Part);
+    row("control lost", "control-lost-after 3", Wanted::SameFile);
+    row("control lost during the features", "control-lost-after 100", Wanted::SameFile);
+    row("restart while opening", "reboot-after 5 500", Wanted::SameFile);
+    row("restart during the features", "reboot-after 100 500", Wanted::SameFile);
+    row("long restart during the features", "reboot-after 100 5000", Wanted::Part);
+    row("another address while opening", "address-after 5 127.50.2.77", Wanted::NoFile);
+    row("another address during the features", "address-after 100 127.50.2.77", Wanted::Part);
+}
+
+void tst_Faults_Control::Export_CameraGoes_OtherCamerasComplete()
+{
+    QFETCH(QByteArray, fault);
+    QFETCH(FaultBatch::Wanted, wanted);
+    QCOMPARE(m_batch.Play(fault, wanted), QString());
+}
+
+void tst_Faults_Control::Export_CameraUnplugged_IsNotFoundAndTheOthersAreExported()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.Farm().Command("unplug " + m_batch.Faulty().toLatin1()), QByteArray("ok"));
+    const FaultBatch::Outcome outcome = m_batch.Export();
+    QCOMPARE(outcome.run.exitCode, 1);
+    QVERIFY2(outcome.run.out.contains("address 127.50.2.2 not found"), outcome.run.out);
+    QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
+    QCOMPARE(outcome.files.size(), 2);
+}
+
+void tst_Faults_Control::Export_CameraPluggedAgain_IsExported()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.Farm().Command("unplug " + m_batch.Faulty().toLatin1()), QByteArray("ok"));
+    QCOMPARE(m_batch.Farm().Command("plug " + m_batch.Faulty().toLatin1()), QByteArray("ok"));
+    const FaultBatch::Outcome outcome = m_batch.Export();
+    QCOMPARE(outcome.run.exitCode, 0);
+    QCOMPARE(outcome.files.size(), 3);
+    QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
+}
+
+QTEST_GUILESS_MAIN(tst_Faults_Control)
+#include "tst_faults_control.moc"
