@@ -1,8 +1,10 @@
 #include "protocol/description.h"
 
-#include "protocol/frame.h"
+#include <utility>
 
 #include <glib.h>
+
+#include "protocol/frame.h"
 
 namespace kxcc {
 namespace {
@@ -30,20 +32,72 @@ std::string Lower(const std::string &strText)
     return strLower;
 }
 
-std::string FromUtf16(const std::string &strText, const char *szEncoding)
+/// Empty when it is no text of the encoding, or nobody knows the encoding.
+std::string Converted(const char *pText, size_t nSize, const char *szEncoding)
 {
     gsize nWritten = 0;
-    gchar *pUtf8 = g_convert(strText.data() + 2, static_cast<gssize>(strText.size() - 2), "UTF-8", szEncoding,
-                             nullptr, &nWritten, nullptr);
+    gchar *pUtf8 =
+        g_convert(pText, static_cast<gssize>(nSize), "UTF-8", szEncoding, nullptr, &nWritten, nullptr);
     if (pUtf8 == nullptr)
         return {};
     std::string strUtf8(pUtf8, nWritten);
     g_free(pUtf8);
-    // The declaration would name the encoding that the text no longer has.
-    const size_t nEnd = strUtf8.find("?>");
-    if (StartsWith(strUtf8, 0, "<?xml") && nEnd != std::string::npos)
-        strUtf8.replace(0, nEnd + 2, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
     return strUtf8;
+}
+
+/// Position of the end of the XML declaration that the text begins with; npos without one.
+size_t EndOfDeclaration(const std::string &strText)
+{
+    return StartsWith(strText, 0, "<?xml") ? strText.find("?>") : std::string::npos;
+}
+
+/// The declaration would name the encoding that the text no longer has.
+void DeclareUtf8(std::string &strText)
+{
+    const size_t nEnd = EndOfDeclaration(strText);
+    if (nEnd != std::string::npos)
+        strText.replace(0, nEnd + 2, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+}
+
+std::string FromUtf16(const std::string &strText, const char *szEncoding)
+{
+    std::string strUtf8 = Converted(strText.data() + 2, strText.size() - 2, szEncoding);
+    DeclareUtf8(strUtf8);
+    return strUtf8;
+}
+
+/// What stands in quotes behind the "encoding" at nPos; empty when that is no name.
+std::string EncodingAt(const std::string &strDeclaration, size_t nPos)
+{
+    const size_t nQuote = strDeclaration.find_first_of("\"'", nPos);
+    const size_t nEnd =
+        nQuote == std::string::npos ? nQuote : strDeclaration.find(strDeclaration[nQuote], nQuote + 1);
+    if (nEnd == std::string::npos)
+        return {};
+    const std::string strName = Lower(strDeclaration.substr(nQuote + 1, nEnd - nQuote - 1));
+    const bool bName =
+        strName.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789._-") == std::string::npos;
+    return bName ? strName : std::string();
+}
+
+/// A parser follows the encoding that the declaration names, and some encodings write a '<' in a way that
+/// JudgeDescription() would not see. So both get UTF-8.
+std::string InUtf8(std::string strText)
+{
+    const size_t nEnd = EndOfDeclaration(strText);
+    const std::string strDeclaration = strText.substr(0, nEnd == std::string::npos ? 0 : nEnd);
+    const size_t nFirst = strDeclaration.find("encoding");
+    if (nFirst == std::string::npos)
+        return strText;
+    const std::string strEncoding = EncodingAt(strDeclaration, nFirst);
+    if (strEncoding == "utf-8" && strDeclaration.rfind("encoding") == nFirst)
+        return strText;
+    const std::string strUtf8 = Converted(strText.data(), strText.size(), strEncoding.c_str());
+    // The name may be wrong: it cannot be UTF-16, for example, when it can be read here.
+    if (EndOfDeclaration(strUtf8) != std::string::npos)
+        strText = strUtf8;
+    DeclareUtf8(strText);
+    return strText;
 }
 
 /// Position behind the end of the tag that begins at nPos, minding '>' inside quotes; npos when none.
@@ -103,8 +157,10 @@ std::string CleanDescription(std::string strText)
     if (nStart == std::string::npos)
         return {};
     strText.erase(0, nStart);
-    strText.erase(strText.find_last_not_of('\0') + 1);
-    return strText;
+    // Behind a NUL lies what fills the camera's memory. Among the text it would make the parser take it for
+    // UTF-16.
+    strText.resize(strText.find('\0') == std::string::npos ? strText.size() : strText.find('\0'));
+    return InUtf8(std::move(strText));
 }
 
 DescriptionVerdict JudgeDescription(const std::string &strText)

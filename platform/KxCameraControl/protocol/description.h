@@ -28,8 +28,9 @@ struct DescriptionUrl
 /// from elsewhere would let a camera choose what this machine reads.
 std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string &strUrl);
 
-/// The text without byte-order mark, text before the XML declaration, and trailing NULs; UTF-16 that
-/// says so with a byte-order mark becomes UTF-8. Empty when it cannot be converted or holds no '<'.
+/// The text without byte-order mark and text before the XML declaration, up to the first NUL. It becomes
+/// UTF-8, and its declaration says so, from UTF-16 with a byte-order mark and from any other encoding that
+/// the declaration names. Empty when UTF-16 cannot be converted, and when there is no '<'.
 std::string CleanDescription(std::string strText);
 
 enum class DescriptionVerdict

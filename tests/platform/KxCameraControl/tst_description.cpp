@@ -91,11 +91,33 @@ void tst_Description::Clean_data()
     QTest::newRow("byte-order mark") << QByteArray("\xef\xbb\xbf") + good << good;
     QTest::newRow("text before") << QByteArray("  \r\nfoo <!-- ") + good << good;
     QTest::newRow("trailing NULs") << good + QByteArray(7, '\0') << good;
+    QTest::newRow("text behind a NUL") << good + QByteArray("\0<junk>", 8) << good;
+    QTest::newRow("UTF-16 without a mark") << QByteArray("<\0R\0/\0>\0", 8) << QByteArray("<");
     QTest::newRow("no declaration") << QByteArray("\n<R/>") << QByteArray("<R/>");
     QTest::newRow("UTF-16 little") << Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?><R>\u00b5</R>", false)
                                    << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><R>\xc2\xb5</R>");
     QTest::newRow("UTF-16 big") << Utf16("<R/>", true) << QByteArray("<R/>");
     QTest::newRow("half a UTF-16 character") << QByteArray("\xff\xfe<") << QByteArray();
+    const QByteArray utf8 = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+    QTest::newRow("UTF-8 that says so")
+        << QByteArray("<?xml version='1.0' encoding = 'utf-8' standalone='yes'?><R/>")
+        << QByteArray("<?xml version='1.0' encoding = 'utf-8' standalone='yes'?><R/>");
+    QTest::newRow("Latin-1") << QByteArray("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><R>\xb5</R>")
+                             << utf8 + "<R>\xc2\xb5</R>";
+    QTest::newRow("document type hidden in UTF-7")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-7\"?>+ADw-!DOCTYPE R+AD4-<R/>")
+        << utf8 + "<!DOCTYPE R><R/>";
+    QTest::newRow("end of the declaration in UTF-7")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-7\" +AD8-+AD4-<R/><?p ?>") << utf8 + "<R/><?p ?>";
+    QTest::newRow("encoding named twice")
+        << QByteArray("<?xml version=\"encoding='UTF-8'\" encoding=\"UTF-7\"?><R/>") << utf8 + "<R/>";
+    QTest::newRow("UTF-16 that is none")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-16\"?><R>\xc2\xb5</R>")
+        << utf8 + "<R>\xc2\xb5</R>";
+    QTest::newRow("unknown encoding")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"Klingon\"?><R/>") << utf8 + "<R/>";
+    QTest::newRow("encoding without a name")
+        << QByteArray("<?xml version=\"1.0\" encoding=?><R/>") << utf8 + "<R/>";
     QTest::newRow("nothing") << QByteArray() << QByteArray();
     QTest::newRow("no XML") << QByteArray("hello") << QByteArray();
 }
