@@ -62,6 +62,7 @@ private:
     {
         Op op = Op::Number;
         int operands[3] = {-1, -1, -1}; // places in m_listNodes
+        int height = 1;                 // levels of nodes at and below this one; evaluating recurses so deep
         double number = 0;
         std::int64_t integer = 0;
         QByteArray name; // of a variable

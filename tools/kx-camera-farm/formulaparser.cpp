@@ -1,5 +1,6 @@
 #include "formulaparser.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstring>
@@ -8,7 +9,8 @@ namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_DEPTH = 200; // of parentheses; a description may be hostile
+constexpr int MAX_DEPTH = 200;  // of parentheses; a description may be hostile
+constexpr int MAX_HEIGHT = 256; // of the tree: "1 + 1 + ..." needs no parentheses; real ones stay below 90
 
 double Sign(double x)
 {
@@ -127,6 +129,7 @@ bool FormulaParser::Take(const char *token)
     return true;
 }
 
+/// -1 when the tree gets too high.
 int FormulaParser::Add(Op op, int a, int b, int c)
 {
     Formula::Node node;
@@ -134,8 +137,13 @@ int FormulaParser::Add(Op op, int a, int b, int c)
     node.operands[0] = a;
     node.operands[1] = b;
     node.operands[2] = c;
+    for (const int operand : node.operands) {
+        if (operand >= 0)
+            node.height =
+                std::max(node.height, 1 + m_pFormula->m_listNodes[static_cast<std::size_t>(operand)].height);
+    }
     m_pFormula->m_listNodes.push_back(node);
-    return static_cast<int>(m_pFormula->m_listNodes.size()) - 1;
+    return node.height > MAX_HEIGHT ? -1 : static_cast<int>(m_pFormula->m_listNodes.size()) - 1;
 }
 
 int FormulaParser::Condition()

@@ -35,6 +35,7 @@ void tst_Formula::EvaluateInteger_Text_HasItsValue_data()
     QTest::newRow("64 bits") << QByteArray("(1 << 40) | 1") << (qint64{1} << 40 | 1);
     QTest::newRow("negative remainder") << QByteArray("-7 % 3") << qint64{-1};
     QTest::newRow("xor") << QByteArray("X ^ 1") << qint64{43};
+    QTest::newRow("two hundred terms") << QByteArray("1+").repeated(199) + "1" << qint64{200};
 }
 
 void tst_Formula::EvaluateInteger_Text_HasItsValue()
@@ -83,6 +84,7 @@ void tst_Formula::Compile_NoFormula_IsRefused_data()
     QTest::newRow("condition without else") << QByteArray("1 ? 2");
     QTest::newRow("unknown function") << QByteArray("MEDIAN(1)");
     QTest::newRow("two values") << QByteArray("1 2");
+    QTest::newRow("too many terms") << QByteArray("1+").repeated(100000) + "1";
     QTest::newRow("too deep") << QByteArray("(").repeated(100000) + "1" + QByteArray(")").repeated(100000);
 }
 
