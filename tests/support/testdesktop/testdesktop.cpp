@@ -134,6 +134,7 @@ bool TestDesktop::StartWindowManager()
 pid_t TestDesktop::Spawn(const std::vector<QByteArray> &arguments, int nKeptDescriptor)
 {
     std::vector<char *> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const QByteArray &argument : arguments)
         pointers.push_back(const_cast<char *>(argument.constData()));
     pointers.push_back(nullptr);
