@@ -108,8 +108,8 @@ void tst_MainWidget_Construction::MetaObject_Slots_StandInTheirOrder()
 
 void tst_MainWidget_Construction::MetaObject_ParameterNames_AreRegistered()
 {
-    const QMetaObject &meta = MainWidget::staticMetaObject;
-    const auto names = [&](const char *pSlot) {
+    const auto names = [](const char *pSlot) {
+        const QMetaObject &meta = MainWidget::staticMetaObject;
         return meta.method(meta.indexOfMethod(pSlot)).parameterNames();
     };
     QCOMPARE(names("OnShowMsg(QString,QString,QString)"),
