@@ -1,8 +1,15 @@
 #include "featurefilereader.h"
 
+#include <QFile>
 #include <QThread>
 
 #include "xmlguard.h"
+
+QString FeatureFile::ReadText(const QString &strPath)
+{
+    QFile file(strPath);
+    return file.open(QIODevice::ReadOnly) ? DecodeText(file.read(kLongestFile + 1)) : QString();
+}
 
 QString FeatureFile::DecodeText(const QByteArray &bytes)
 {
@@ -12,7 +19,7 @@ QString FeatureFile::DecodeText(const QByteArray &bytes)
 
 bool FeatureFile::Parse(const QString &strText, QDomDocument *pDocument)
 {
-    return IsXmlSafeToParse(strText) && pDocument->setContent(strText);
+    return strText.size() <= kLongestFile && IsXmlSafeToParse(strText) && pDocument->setContent(strText);
 }
 
 QDomElement FeatureFile::ModelElement(const QDomDocument &document)

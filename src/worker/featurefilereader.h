@@ -30,11 +30,20 @@ enum class Pass
     NumbersAgain
 };
 
+/// No feature file is larger: some 100000 records. A camera has some hundred features.
+constexpr int kLongestFile = 16 * 1024 * 1024;
+
+/// The text of the file; empty when it cannot be opened. No more than kLongestFile and one byte are read, so
+/// that a file of any size, for any number of cameras at once, does not fill the memory; Parse() refuses the
+/// text of a longer one.
+QString ReadText(const QString &strPath);
+
 /// The file's text: its bytes as UTF-8, without a byte-order mark, up to the first NUL.
 QString DecodeText(const QByteArray &bytes);
 
 /// Parses the text. False when it is not well-formed, when elements are nested deeper than kMaxXmlDepth,
-/// and when it holds a document type declaration, which no feature file has.
+/// when it holds a document type declaration, which no feature file has, and when it is longer than
+/// kLongestFile.
 bool Parse(const QString &strText, QDomDocument *pDocument);
 
 /// The element that holds the model name, whatever its tag; null when the root has no child element. The

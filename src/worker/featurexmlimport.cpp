@@ -1,7 +1,6 @@
 #include "qoperatethread.h"
 
 #include <QByteArray>
-#include <QFile>
 
 #include <KxCameraControl/kxcameracontrol.h>
 
@@ -11,12 +10,6 @@
 namespace {
 
 const char *const kFunction = "void QOperateThread::FeatureXmlImport()";
-
-QString ReadText(const QString &strPath)
-{
-    QFile file(strPath);
-    return file.open(QIODevice::ReadOnly) ? FeatureFile::DecodeText(file.readAll()) : QString();
-}
 
 /// Sets one value. What the camera refuses is not reported: an import sets what it can. A text that is no
 /// number counts as 0; the conversions are those of the C locale.
@@ -45,7 +38,7 @@ void QOperateThread::FeatureXmlImport()
              tr("Failed to import features.Failed to open device."));
         return ReleaseThread();
     }
-    const QString strText = ReadText(m_strFilePath);
+    const QString strText = FeatureFile::ReadText(m_strFilePath);
     if (strText.isEmpty()) {
         Fail(kFunction, QStringLiteral("Open xml failed."),
              tr("Failed to import features.Failed to open xml."));

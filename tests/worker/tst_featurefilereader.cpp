@@ -12,6 +12,8 @@ class tst_FeatureFileReader : public QObject
 
 private slots:
     void DecodeText_Bytes_AreUtf8UpToTheFirstNul();
+    void ReadText_MissingFile_IsEmpty();
+    void ReadText_HugeFile_IsReadInPartAndRefused();
     void Parse_Text_IsWellFormedOrNot_data();
     void Parse_Text_IsWellFormedOrNot();
     void ReadRecord_Record_IsRead_data();
@@ -40,6 +42,27 @@ void tst_FeatureFileReader::DecodeText_Bytes_AreUtf8UpToTheFirstNul()
     QVERIFY(FeatureFile::DecodeText(QByteArray("\0cd", 3)).isEmpty());
     QVERIFY(FeatureFile::DecodeText(QByteArray()).isEmpty());
     QCOMPARE(FeatureFile::DecodeText("\xEF\xBB\xBF<a/>"), QString("<a/>"));
+}
+
+void tst_FeatureFileReader::ReadText_MissingFile_IsEmpty()
+{
+    const QTemporaryDir folder;
+    QVERIFY(FeatureFile::ReadText(folder.filePath("none.kfb")).isEmpty());
+}
+
+void tst_FeatureFileReader::ReadText_HugeFile_IsReadInPartAndRefused()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("huge.kfb"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    // Well-formed as far as it is read: the length alone speaks against it.
+    file.write("<Features/>" + QByteArray(FeatureFile::kLongestFile, ' '));
+    QVERIFY(file.flush() && file.resize(qint64{4} << 30)); // zeros to the end, which take no room on the disk
+    const QString text = FeatureFile::ReadText(file.fileName());
+    QCOMPARE(text.size(), FeatureFile::kLongestFile + 1);
+    QDomDocument document;
+    QVERIFY(!FeatureFile::Parse(text, &document));
+    QVERIFY(FeatureFile::Parse(text.left(FeatureFile::kLongestFile), &document));
 }
 
 void tst_FeatureFileReader::Parse_Text_IsWellFormedOrNot_data()

@@ -1,7 +1,6 @@
 #include "commands.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTextStream>
 
 #include <unistd.h>
@@ -34,12 +33,7 @@ int ListCameras(const CommandLine &command)
 // not reach a worker. Everything else that can be wrong with a file is the worker's to report.
 bool IsImportable(const QString &path, QString *pWhy)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return true;
-    }
-    const std::optional<QString> endless =
-        FeatureFile::FindEndlessRecord(FeatureFile::DecodeText(file.readAll()));
+    const std::optional<QString> endless = FeatureFile::FindEndlessRecord(FeatureFile::ReadText(path));
     if (!endless) {
         return true;
     }
