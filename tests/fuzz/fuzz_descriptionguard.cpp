@@ -19,6 +19,7 @@ struct Met
     int nDepth = 0;
     int nDeepest = 0;
     bool bDocumentType = false;
+    bool bWellFormed = false;
 };
 
 Met MetByTheParser(const std::string &strText)
@@ -34,8 +35,19 @@ Met MetByTheParser(const std::string &strText)
     handler.internalSubset = [](void *pMet, const xmlChar *, const xmlChar *, const xmlChar *) {
         static_cast<Met *>(pMet)->bDocumentType = true;
     };
-    xmlSAXUserParseMemory(&handler, &met, strText.data(), static_cast<int>(strText.size()));
+    met.bWellFormed =
+        xmlSAXUserParseMemory(&handler, &met, strText.data(), static_cast<int>(strText.size())) == 0;
     return met;
+}
+
+/// Nothing harmful passes, and nothing is refused but that and what the parser refuses.
+void CheckVerdict(bool bGood, const Met &met)
+{
+    const bool bHarmless = met.nDeepest <= kMaxNesting && !met.bDocumentType;
+    if (bGood)
+        FUZZ_CHECK(bHarmless);
+    else
+        FUZZ_CHECK(!bHarmless || !met.bWellFormed);
 }
 
 void CheckUrl(const std::string &strUrl)
@@ -57,10 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
     FUZZ_CHECK(strText.empty() || strText.front() == '<');
     FUZZ_CHECK(strText.empty() || strText.back() != '\0');
     FUZZ_CHECK(CleanDescription(strText) == strText);
-    if (JudgeDescription(strText) != DescriptionVerdict::Good)
-        return 0;
-    const Met met = MetByTheParser(strText);
-    FUZZ_CHECK(met.nDeepest <= kMaxNesting);
-    FUZZ_CHECK(!met.bDocumentType);
+    CheckVerdict(JudgeDescription(strText) == DescriptionVerdict::Good, MetByTheParser(strText));
     return 0;
 }
