@@ -44,7 +44,7 @@ LumoDeviceTree::LumoDeviceTree(QWidget *parent)
     setIndentation(8); // the first step is a margin
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
-    setTextElideMode(Qt::ElideRight);
+    setTextElideMode(Qt::ElideMiddle); // a long name keeps its start, and the serial number at its end
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
     m_pPrivate->CreateFixedItems();
