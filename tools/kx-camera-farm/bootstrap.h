@@ -63,7 +63,7 @@ constexpr std::size_t URL_SIZE = 512;
 constexpr std::uint32_t DEFAULT_HEARTBEAT_MS = 3000;
 constexpr std::uint32_t MIN_HEARTBEAT_MS = 500;
 constexpr std::uint32_t MAX_HEARTBEAT_MS = 60000; ///< both as the built-in description says
-constexpr std::uint32_t HEARTBEAT_DISABLED = 1; ///< bit of GVCP_CONFIGURATION
+constexpr std::uint32_t HEARTBEAT_DISABLED = 1;   ///< bit of GVCP_CONFIGURATION
 
 /// What may be done with the register word at `address` below MANUFACTURER_SPACE.
 enum class Access

@@ -75,8 +75,8 @@ private:
     QVBoxLayout *m_pFrameLayout = nullptr;
     QHash<int, QColor> m_mapBackground; // by CtrlState
     TarnCustom::StrechEdges m_strechEdges = TarnCustom::StrechNone;
-    QPoint m_placed;           // where the last show put the window
-    bool m_bPlaced = false;    // it did, and the window manager has not answered with nonsense yet
+    QPoint m_placed;             // where the last show put the window
+    bool m_bPlaced = false;      // it did, and the window manager has not answered with nonsense yet
     bool m_bShadow = false;      // wished for
     bool m_bCompositing = false; // as of the last look
     std::unique_ptr<FrameGrip> m_pGrip;
