@@ -47,7 +47,8 @@ void WaitClock::Restart()
 
 bool WaitClock::HasExpired() const
 {
-    return steady_clock::now() - m_begin >= m_longest || (Waited() >= m_deadline && !IsRunnable());
+    // The state first: its stay in the queue is in the statistics once it has been seen to be over.
+    return steady_clock::now() - m_begin >= m_longest || (!IsRunnable() && Waited() >= m_deadline);
 }
 
 milliseconds WaitClock::NextLook() const
