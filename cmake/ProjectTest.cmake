@@ -2,6 +2,8 @@
 #
 # A QtTest program, run by ctest under its own name: offscreen, with a fixed locale, and killed when it
 # outlives its time. Labels say what it needs: "sim" the camera simulator, "xvfb" a virtual display.
+# A test with the label "sim" gets a network of its own where the system allows it: cameras of tests that run
+# side by side would find each other's searches, and take each other's addresses.
 function(project_add_test name)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT" ${ARGN})
     if(NOT ARG_TIMEOUT)
@@ -17,7 +19,11 @@ function(project_add_test name)
     )
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test Project::Options)
     target_compile_definitions(${name} PRIVATE PROJECT_BIN_DIR="${PROJECT_BINARY_DIR}/bin")
-    add_test(NAME ${name} COMMAND ${name})
+    if("sim" IN_LIST ARG_LABELS)
+        add_test(NAME ${name} COMMAND own-network $<TARGET_FILE:${name}>)
+    else()
+        add_test(NAME ${name} COMMAND ${name})
+    endif()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
         LABELS "${ARG_LABELS}"

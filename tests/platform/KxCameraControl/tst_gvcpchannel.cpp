@@ -56,20 +56,20 @@ void tst_GvcpChannel::init()
 
 void tst_GvcpChannel::ReadRegister_SixCommandsLost_IsAnswered()
 {
-    Set("mute 1 times=6");
+    Set("mute 1 command=readreg address=0x938 times=6");
     QCOMPARE(Read(), Result::Ok);
     QCOMPARE(m_nValue, 3000U);
 }
 
 void tst_GvcpChannel::WriteRegister_FourCommandsLost_IsAnswered()
 {
-    Set("mute 1 times=4");
+    Set("mute 1 command=writereg times=4");
     QCOMPARE(Write(), Result::Ok);
 }
 
 void tst_GvcpChannel::WriteRegister_FiveCommandsLost_IsDead()
 {
-    Set("mute 1 times=5");
+    Set("mute 1 command=writereg times=5");
     QCOMPARE(Write(), Result::Timeout);
     QVERIFY(m_pChannel->IsDead());
     QCOMPARE(Read(), Result::Timeout);
@@ -88,7 +88,7 @@ void tst_GvcpChannel::ReadRegister_AnswerLaterThanTheRepeat_IsItsOwn()
 
 void tst_GvcpChannel::ReadRegister_BusyForAWhile_IsAnswered()
 {
-    Set("status 0x8007 times=5");
+    Set("status 0x8007 command=readreg address=0x938 times=5");
     QCOMPARE(Read(), Result::Ok);
     QCOMPARE(m_nValue, 3000U);
 }
@@ -106,7 +106,7 @@ void tst_GvcpChannel::ReadRegister_BusyForGood_GivesTheStatusAndLives()
 void tst_GvcpChannel::ReadRegister_BusyForGood_WaitsOnceOnly()
 {
     // The first read is asked eleven times, each further one once: then the camera has time again.
-    Set("status 0x8007 times=13");
+    Set("status 0x8007 command=readreg address=0x938 times=13");
     QCOMPARE(Read(), Result::Status);
     QCOMPARE(Read(), Result::Status);
     QCOMPARE(Read(), Result::Status);

@@ -10,10 +10,7 @@
 #include <cstring>
 
 #include <fcntl.h>
-#include <net/if.h>
 #include <poll.h>
-#include <sched.h>
-#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -22,30 +19,6 @@
 namespace {
 
 const int SERVER_START_MS = 20000;
-
-bool WriteFile(const char *pPath, const QByteArray &text)
-{
-    const int nFile = open(pPath, O_WRONLY | O_CLOEXEC);
-    if (nFile < 0)
-        return false;
-    const bool bWritten = write(nFile, text.constData(), size_t(text.size())) == text.size();
-    close(nFile);
-    return bWritten;
-}
-
-bool BringLoopbackUp()
-{
-    const int nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (nSocket < 0)
-        return false;
-    ifreq request = {};
-    std::strncpy(request.ifr_name, "lo", IFNAMSIZ - 1);
-    bool bUp = ioctl(nSocket, SIOCGIFFLAGS, &request) == 0;
-    request.ifr_flags = static_cast<short>(request.ifr_flags | IFF_UP | IFF_RUNNING);
-    bUp = bUp && ioctl(nSocket, SIOCSIFFLAGS, &request) == 0;
-    close(nSocket);
-    return bUp;
-}
 
 /// One line that a child writes, without its end; empty when it does not come.
 QByteArray ReadLine(int nDescriptor)
@@ -66,22 +39,6 @@ TestDesktop::~TestDesktop()
         kill(*it, SIGTERM);
         waitpid(*it, nullptr, 0);
     }
-}
-
-bool TestDesktop::EnterOwnNetwork()
-{
-    const uid_t nUser = getuid();
-    const gid_t nGroup = getgid();
-    if (unshare(CLONE_NEWNET) != 0) { // needs a privilege, which a user name space of ours gives
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0)
-            return false;
-        const QByteArray user = QByteArray::number(nUser);
-        const QByteArray group = QByteArray::number(nGroup);
-        WriteFile("/proc/self/setgroups", "deny");
-        WriteFile("/proc/self/uid_map", user + ' ' + user + " 1");
-        WriteFile("/proc/self/gid_map", group + ' ' + group + " 1");
-    }
-    return BringLoopbackUp();
 }
 
 bool TestDesktop::Start()

@@ -8,8 +8,7 @@
 
 #include <vector>
 
-/// A display of its own for a test program, with a window manager, and a network of its own where the
-/// system allows it, so that the only cameras are the test's.
+/// A display of its own for a test program, with a window manager.
 ///
 /// Use it in main(), before there is a QApplication: Start() sets DISPLAY and QT_QPA_PLATFORM for the
 /// program and its children. Everything ends with the object, or with the program when it crashes.
@@ -24,10 +23,6 @@ public:
     /// False when something is missing; Reason() says what.
     bool Start();
     QString Reason() const { return m_strReason; }
-
-    /// Moves the program into a network that has nothing but a loopback interface. False when the system
-    /// does not allow it; the program then stays where it was. Only while it has one thread.
-    static bool EnterOwnNetwork();
 
 private:
     bool StartServer();

@@ -5,6 +5,7 @@
 
 #include <ToolBase/lumointerface.h>
 #include <camerafarm.h>
+#include <ownnetwork.h>
 #include <testdesktop.h>
 
 namespace {
@@ -89,7 +90,7 @@ void tst_ToolProcess::Run_StartedTwiceAndClosed_OneWindowAndExitCodeZero()
 
 int main(int argc, char **argv)
 {
-    TestDesktop::EnterOwnNetwork();
+    EnterOwnNetwork();
     desktop.Start();
     QCoreApplication application(argc, argv);
     tst_ToolProcess test;

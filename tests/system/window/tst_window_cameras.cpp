@@ -14,6 +14,7 @@
 #include <app/languageversion.h>
 #include <camerafarm.h>
 #include <modalhands.h>
+#include <ownnetwork.h>
 #include <testdesktop.h>
 #include <ui/mainwidget.h>
 
@@ -339,7 +340,7 @@ void tst_WindowCameras::Camera_TakenByAnotherClient_CannotBeTicked()
 
 int main(int argc, char **argv)
 {
-    TestDesktop::EnterOwnNetwork();
+    EnterOwnNetwork();
     desktop.Start();
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
