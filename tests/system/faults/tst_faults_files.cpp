@@ -154,7 +154,7 @@ void tst_Faults_Files::Import_HugeFile_TakesLittleMemory()
     QVERIFY2(run.out.count("Failed to import features.Failed to ") == 3, run.out);
 #if !defined(__SANITIZE_ADDRESS__)
     // The largest child so far, in kB: 16 MB of file and 32 of text for the check beforehand and each camera.
-    QVERIFY2(after.ru_maxrss < 300 * 1024, qPrintable(QString("%1 kB").arg(after.ru_maxrss)));
+    QVERIFY2(after.ru_maxrss < 300L * 1024, qPrintable(QString("%1 kB").arg(after.ru_maxrss)));
 #endif
 }
 
