@@ -104,3 +104,12 @@ QByteArray CameraFarm::Command(const QByteArray &line)
     answer.chop(1);
     return answer;
 }
+
+bool CameraFarm::Do(const QString &line)
+{
+    const QByteArray answer = Command(line.toUtf8());
+    const bool good = answer == "ok" || answer.startsWith("ok ");
+    if (!good)
+        qWarning("%s: %s", qPrintable(line), answer.constData());
+    return good;
+}

@@ -39,6 +39,13 @@ public:
     /// does not answer in 10 s.
     QByteArray Command(const QByteArray &line);
 
+    /// Whether Command() answers "ok"; other answers go to the test's log.
+    bool Do(const QString &line);
+    bool Set(const QString &who, const QString &key, const QString &value) ///< Do("set ...")
+    {
+        return Do(QStringLiteral("set %1 %2 %3").arg(who, key, value));
+    }
+
     bool IsRunning() const { return m_process.state() == QProcess::Running; }
     qint64 ProcessId() const { return m_process.processId(); }
     int CameraCount() const { return m_nCameras; } ///< as its "ready N cameras" says

@@ -53,9 +53,9 @@ private:
 
 void tst_CameraFaults::initTestCase()
 {
-    if (!CameraFarm::IsThere())
+    if (!CameraFarm::IsInstalled())
         QSKIP("the camera simulator is not built");
-    QVERIFY(m_farm.Start(kFirst, 2));
+    QVERIFY2(m_farm.Start({"--count", "2", "--first-address", kFirst}), qPrintable(m_farm.Error()));
 }
 
 void tst_CameraFaults::init()

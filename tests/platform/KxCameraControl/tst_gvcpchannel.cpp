@@ -41,9 +41,9 @@ private:
 
 void tst_GvcpChannel::initTestCase()
 {
-    if (!CameraFarm::IsThere())
+    if (!CameraFarm::IsInstalled())
         QSKIP("the camera simulator is not built");
-    QVERIFY(m_farm.Start("127.20.51.1", 1));
+    QVERIFY2(m_farm.Start({"--count", "1", "--first-address", "127.20.51.1"}), qPrintable(m_farm.Error()));
 }
 
 void tst_GvcpChannel::init()

@@ -85,9 +85,9 @@ uint32_t AccessOf(const char *szAddress)
 
 void tst_SimulatedCamera::initTestCase()
 {
-    if (!CameraFarm::IsThere())
+    if (!CameraFarm::IsInstalled())
         QSKIP("the camera simulator is not built");
-    QVERIFY(m_farm.Start(kFirst, 40));
+    QVERIFY2(m_farm.Start({"--count", "40", "--first-address", kFirst}), qPrintable(m_farm.Error()));
 }
 
 void tst_SimulatedCamera::Enumerate_Cameras_AreListedOnce()
