@@ -39,6 +39,7 @@ public:
     void SeizeControl(const Endpoint &owner); ///< see ControlChannel::Seize()
     void ReleaseControl();
     RegisterMemory &Memory() { return m_memory; }
+    const RegisterMemory &Memory() const { return m_memory; }
     Firmware &Device() { return m_firmware; }
     std::chrono::milliseconds HeartbeatTimeout() const;
 

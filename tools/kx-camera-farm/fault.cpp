@@ -28,8 +28,8 @@ const std::vector<FaultKind> &AllFaultKinds()
     static const std::vector<FaultKind> s_kinds = [] {
         std::vector<FaultKind> kinds;
         // The wire last: what it delays or loses is the answer as the other faults left it.
-        for (const auto &group : {CommandFaultKinds(), ValueFaultKinds(), DescriptionFaultKinds(),
-                                  AnswerFaultKinds(), NetworkFaultKinds()})
+        for (const auto &group : {CommandFaultKinds(), ValueFaultKinds(), RegisterFaultKinds(),
+                                  DescriptionFaultKinds(), AnswerFaultKinds(), NetworkFaultKinds()})
             kinds.insert(kinds.end(), group.begin(), group.end());
         return kinds;
     }();

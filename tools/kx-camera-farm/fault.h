@@ -85,6 +85,7 @@ std::unique_ptr<Fault> MakeFault(const FaultKind &kind, const QByteArray &text, 
 
 std::vector<FaultKind> CommandFaultKinds();     ///< statuses, control, reboot: what the camera does
 std::vector<FaultKind> ValueFaultKinds();       ///< what becomes of written values
+std::vector<FaultKind> RegisterFaultKinds();    ///< what registers hold
 std::vector<FaultKind> DescriptionFaultKinds(); ///< what the camera gives as its description
 std::vector<FaultKind> AnswerFaultKinds();      ///< damaged, multiplied, misaddressed acknowledges
 std::vector<FaultKind> NetworkFaultKinds();     ///< loss, latency: what the wire does

@@ -48,6 +48,22 @@ QString AddressText(std::uint32_t address)
         .arg(address & 0xFFU);
 }
 
+QByteArray Unescaped(const QByteArray &text)
+{
+    QByteArray bytes;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) == '\\' && i + 3 < text.size() && text.at(i + 1) == 'x') {
+            bytes += QByteArray::fromHex(text.mid(i + 2, 2));
+            i += 3;
+        } else if (text.at(i) == '\\' && i + 1 < text.size()) {
+            bytes += text.at(++i);
+        } else {
+            bytes += text.at(i);
+        }
+    }
+    return bytes;
+}
+
 bool IsOff(const QByteArray &value)
 {
     return value.isEmpty() || value == "0" || value == "off";

@@ -15,6 +15,9 @@ bool ParseNumber(const QByteArray &text, std::int64_t minimum, std::int64_t maxi
 bool ParseLoopbackAddress(const QString &text, std::uint32_t *pAddress);
 QString AddressText(std::uint32_t address);
 
+/// `text` without its escapes, \\ and \xNN, so that it may hold any byte.
+QByteArray Unescaped(const QByteArray &text);
+
 /// Whether `value` switches a fault off: empty, "0" or "off".
 bool IsOff(const QByteArray &value);
 

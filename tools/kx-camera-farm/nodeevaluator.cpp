@@ -61,6 +61,11 @@ bool IsRegisterNode(const Node &node)
     return node.Is("IntReg") || node.Is("MaskedIntReg") || node.Is("StructEntry") || node.Is("FloatReg");
 }
 
+bool IsTextRegister(const Node &node)
+{
+    return node.Is("StringReg");
+}
+
 bool NodeEvaluator::IsFloat(int node) const
 {
     const Node &it = m_map.At(node);
@@ -70,7 +75,7 @@ bool NodeEvaluator::IsFloat(int node) const
 int NodeEvaluator::RegisterOf(int node) const
 {
     for (int steps = 0; node >= 0 && steps < MAX_DEPTH; ++steps) {
-        if (IsRegisterNode(m_map.At(node)))
+        if (IsRegisterNode(m_map.At(node)) || IsTextRegister(m_map.At(node)))
             return node;
         node = m_map.At(node).Target("pValue");
     }

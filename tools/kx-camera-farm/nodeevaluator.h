@@ -19,6 +19,13 @@ public:
     virtual bool Write(std::uint32_t address, const std::uint8_t *data, std::size_t size) = 0;
 };
 
+/// Where a register lies in memory.
+struct RegisterSpan
+{
+    std::uint32_t address = 0;
+    std::size_t size = 0; ///< bytes, at least 1
+};
+
 /// Where a number lies in memory.
 struct RegisterField
 {
@@ -57,7 +64,8 @@ public:
     bool Condition(int node, const char *pointer, bool otherwise);
 
     bool IsFloat(int node) const; ///< whether Float() rather than Integer() has its exact value
-    std::optional<RegisterField> Field(int node);
+    std::optional<RegisterField> Field(int node); ///< of a register with a number
+    std::optional<RegisterSpan> Span(int node);   ///< of any register
 
     /// The register below a feature, along pValue; -1 without one.
     int RegisterOf(int node) const;
@@ -81,7 +89,8 @@ private:
     int m_nDepth = 0; // of the pointers being followed; a cycle ends at a limit
 };
 
-bool IsRegisterNode(const Node &node);
+bool IsRegisterNode(const Node &node); ///< a register with a number
+bool IsTextRegister(const Node &node);
 
 } // namespace KxFarm
 

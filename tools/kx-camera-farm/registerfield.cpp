@@ -35,20 +35,31 @@ std::optional<std::uint32_t> NodeEvaluator::Address(const Node &node, std::size_
     return static_cast<std::uint32_t>(address & 0xFFFFFFFF);
 }
 
-std::optional<RegisterField> NodeEvaluator::Field(int index)
+std::optional<RegisterSpan> NodeEvaluator::Span(int index)
 {
+    constexpr std::int64_t LONGEST = 1 << 20; // no register is longer; a damaged description may say so
     const Node &node = m_map.At(index);
-    RegisterField field;
     const auto length = node.Find("pLength")
                             ? Integer(node.Target("pLength"))
                             : std::optional<std::int64_t>(ParseDescriptionInteger(node.Text("Length")));
-    if (!length || *length < 1 || *length > 8)
+    if (!length || *length < 1 || *length > LONGEST)
         return std::nullopt;
-    field.size = static_cast<std::size_t>(*length);
-    const auto address = Address(node, field.size);
-    if (!address || std::uint64_t{*address} + field.size > (std::uint64_t{1} << 32U))
+    const auto size = static_cast<std::size_t>(*length);
+    const auto address = Address(node, size);
+    if (!address || std::uint64_t{*address} + size > (std::uint64_t{1} << 32U))
         return std::nullopt;
-    field.address = *address;
+    return RegisterSpan{*address, size};
+}
+
+std::optional<RegisterField> NodeEvaluator::Field(int index)
+{
+    const Node &node = m_map.At(index);
+    const auto span = Span(index);
+    if (!IsRegisterNode(node) || !span || span->size > 8)
+        return std::nullopt;
+    RegisterField field;
+    field.address = span->address;
+    field.size = span->size;
     field.bigEndian = node.Text("Endianess") == "BigEndian";
     field.isSigned = node.Text("Sign") == "Signed";
     field.isFloat = node.Is("FloatReg");

@@ -27,23 +27,6 @@ std::size_t OrderOf(const QByteArray &key)
         kinds.begin());
 }
 
-/// Backslash escapes, so that texts may hold any byte: \\ and \xNN.
-QByteArray Unescaped(const QByteArray &text)
-{
-    QByteArray bytes;
-    for (int i = 0; i < text.size(); ++i) {
-        if (text.at(i) == '\\' && i + 3 < text.size() && text.at(i + 1) == 'x') {
-            bytes += QByteArray::fromHex(text.mid(i + 2, 2));
-            i += 3;
-        } else if (text.at(i) == '\\' && i + 1 < text.size()) {
-            bytes += text.at(++i);
-        } else {
-            bytes += text.at(i);
-        }
-    }
-    return bytes;
-}
-
 QByteArray MacText(std::uint64_t mac)
 {
     QByteArray bytes(6, 0);
