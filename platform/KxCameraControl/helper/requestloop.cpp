@@ -20,6 +20,10 @@ std::string TextOf(const char *szText)
 
 void RequestLoop::Run()
 {
+    Reply ready;
+    ready.nSerial = kReadySerial;
+    if (!m_socket.Send(ready))
+        return;
     while (const std::optional<Request> request = m_socket.Receive()) {
         Reply reply;
         Answer(*request, reply);

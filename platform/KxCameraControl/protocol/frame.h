@@ -51,6 +51,9 @@ enum class Operation : uint8_t
     ListUsbCameras, ///< reply: blob = KX_CC_DEVICE_INFO records
 };
 
+/// The helper's first frame, a reply to no request, carries this: from now on it takes requests.
+constexpr uint32_t kReadySerial = 0;
+
 struct Request
 {
     uint32_t nSerial = 0; ///< repeated by the reply

@@ -5,13 +5,40 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include "KxCameraControl/kxerrors.h"
+#include "KxCameraControl/kxcameracontrol.h"
+#include "session/startgate.h"
 #include "session/waitclock.h"
 
 namespace kxcc {
 
 using std::chrono::hours;
 using std::chrono::milliseconds;
+
+int Session::Start()
+{
+    const StartGate::Place place(StartGate::Instance());
+    const int nCode = m_process.Start();
+    return nCode == KX_CC_OK ? CodeOf(AwaitReady()) : nCode;
+}
+
+Session::Outcome Session::AwaitReady()
+{
+    constexpr milliseconds kLongestStart(10000);
+    WaitClock clock(Pid(), kLongestStart, milliseconds(KX_CC_LONGEST_CALL_MS));
+    clock.Restart();
+    Reply ready;
+    const Outcome outcome = Receive(ready, clock);
+    return outcome == Outcome::Done && ready.nSerial != kReadySerial ? Outcome::Ended : outcome;
+}
+
+/// The code of a call that got no reply; then the helper is of no more use.
+int Session::CodeOf(Outcome outcome)
+{
+    if (outcome == Outcome::Done)
+        return KX_CC_OK;
+    Kill();
+    return outcome == Outcome::Expired ? KX_CC_E_TIMEOUT : KX_CC_E_SESSION_ENDED;
+}
 
 int Session::Call(Request &request, Reply &reply, int nDeadlineMs, int nLongestMs)
 {
@@ -22,10 +49,7 @@ int Session::Call(Request &request, Reply &reply, int nDeadlineMs, int nLongestM
                     nLongestMs > 0 ? milliseconds(nLongestMs) : milliseconds(hours(24)));
     clock.Restart();
     const Outcome outcome = Exchange(request, reply, clock);
-    if (outcome == Outcome::Done)
-        return reply.nCode;
-    Kill();
-    return outcome == Outcome::Expired ? KX_CC_E_TIMEOUT : KX_CC_E_SESSION_ENDED;
+    return outcome == Outcome::Done ? reply.nCode : CodeOf(outcome);
 }
 
 Session::Outcome Session::Exchange(Request &request, Reply &reply, WaitClock &clock)
@@ -99,15 +123,17 @@ Session::Outcome Session::ReadExactly(void *pBuffer, size_t nSize, WaitClock &cl
 
 Session::Outcome Session::WaitFor(short nEvents, WaitClock &clock)
 {
-    for (;;) {
+    for (bool bExpired = false;;) {
         pollfd descriptor{m_process.Socket(), nEvents, 0};
-        const int nReady = poll(&descriptor, 1, static_cast<int>(clock.NextLook().count()));
+        const int nReady = poll(&descriptor, 1, bExpired ? 0 : static_cast<int>(clock.NextLook().count()));
         if (nReady > 0)
             return Outcome::Done;
         if (nReady < 0 && errno != EINTR)
             return Outcome::Ended;
-        if (nReady == 0 && clock.HasExpired())
+        if (nReady == 0 && bExpired)
             return Outcome::Expired;
+        // On a busy machine much can happen between these two lines: look once more before giving up.
+        bExpired = nReady == 0 && clock.HasExpired();
     }
 }
 

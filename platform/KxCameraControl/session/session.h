@@ -15,8 +15,9 @@ class WaitClock;
 class Session
 {
 public:
-    /// @return as HelperProcess::Start()
-    int Start() { return m_process.Start(); }
+    /// Starts the helper and waits until it can take requests. A few start at a time, see StartGate.
+    /// @return as HelperProcess::Start(), or KX_CC_E_TIMEOUT, or KX_CC_E_SESSION_ENDED
+    int Start();
     bool IsRunning() const { return m_process.IsRunning(); }
     pid_t Pid() const { return m_process.Pid(); }
 
@@ -36,6 +37,8 @@ private:
         Ended
     };
 
+    Outcome AwaitReady();
+    int CodeOf(Outcome outcome);
     Outcome Send(const std::vector<uint8_t> &bytes, WaitClock &clock);
     Outcome Receive(Reply &reply, WaitClock &clock);
     Outcome ReadExactly(void *pBuffer, size_t nSize, WaitClock &clock);

@@ -1,4 +1,5 @@
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void Get_HelperIsStopped_TimesOut();
     void Get_HelperHasNoMemory_EndsTheSession();
     void Open_HelperIsMissing_SaysSo();
+    void Open_HelperIsNeverReady_TimesOutAndEndsIt();
 
 private:
     int HelperOf(const OpenCamera &camera) const;
@@ -243,6 +245,24 @@ void tst_CameraFaults::Open_HelperIsMissing_SaysSo()
     qunsetenv("KX_CAMERA_SESSION");
     QCOMPARE(nCode, KX_CC_E_SESSION);
     QCOMPARE(nCodeOfFalse, KX_CC_E_SESSION_ENDED);
+}
+
+void tst_CameraFaults::Open_HelperIsNeverReady_TimesOutAndEndsIt()
+{
+    QTemporaryDir folder;
+    const QString strHelper = folder.filePath("silent");
+    QFile script(strHelper);
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\necho $$ >" + folder.filePath("pid").toUtf8() + "\nexec sleep 300\n");
+    script.close();
+    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    qputenv("KX_CAMERA_SESSION", strHelper.toUtf8());
+    const int nCode = OpenCamera(kFirst).Code();
+    qunsetenv("KX_CAMERA_SESSION");
+    QCOMPARE(nCode, KX_CC_E_TIMEOUT);
+    QFile pid(folder.filePath("pid"));
+    QVERIFY(pid.open(QIODevice::ReadOnly));
+    QCOMPARE(::kill(pid.readAll().trimmed().toInt(), 0), -1);
 }
 
 QTEST_GUILESS_MAIN(tst_CameraFaults)

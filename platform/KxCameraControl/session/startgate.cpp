@@ -1,0 +1,32 @@
+#include "session/startgate.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace kxcc {
+
+StartGate &StartGate::Instance()
+{
+    // Never destroyed: threads may still open cameras while static objects go.
+    static auto *pInstance = new StartGate(std::max(2u, std::thread::hardware_concurrency()));
+    return *pInstance;
+}
+
+StartGate::Place::Place(StartGate &gate)
+    : m_gate(gate)
+{
+    std::unique_lock<std::mutex> lock(m_gate.m_mutex);
+    m_gate.m_freed.wait(lock, [this] { return m_gate.m_nFree > 0; });
+    --m_gate.m_nFree;
+}
+
+StartGate::Place::~Place()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_gate.m_mutex);
+        ++m_gate.m_nFree;
+    }
+    m_gate.m_freed.notify_one();
+}
+
+} // namespace kxcc
