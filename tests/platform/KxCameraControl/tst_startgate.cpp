@@ -38,12 +38,14 @@ void tst_StartGate::Place_AllTaken_WaitsUntilOneIsFree()
 void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
 {
     const int PLACES = 3;
+    const int THREADS = 50;
     StartGate gate(PLACES);
     std::atomic_int nInside{0};
     std::atomic_int nMost{0};
     std::atomic_int nThrough{0};
     std::vector<std::thread> threads;
-    for (int i = 0; i < 50; ++i) {
+    threads.reserve(THREADS);
+    for (int i = 0; i < THREADS; ++i) {
         threads.emplace_back([&] {
             const StartGate::Place place(gate);
             const int nNow = ++nInside;
@@ -57,7 +59,7 @@ void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
     }
     for (std::thread &thread : threads)
         thread.join();
-    QCOMPARE(nThrough.load(), 50);
+    QCOMPARE(nThrough.load(), THREADS);
     QVERIFY2(nMost <= PLACES, qPrintable(QString::number(nMost)));
 }
 
