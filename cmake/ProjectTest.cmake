@@ -1,7 +1,7 @@
 # project_add_test(tst_thing SOURCES ... LIBRARIES ... [LABELS ...] [TIMEOUT s] [ENVIRONMENT ...])
 #
 # A QtTest program, run by ctest under its own name: offscreen, with a fixed locale, and killed when it
-# outlives its time. Labels say what it needs: "sim" the camera simulator, "xvfb" a virtual display.
+# outlives its time; what may take longest starts first. Labels say what it needs: "sim" the camera simulator, "xvfb" a virtual display.
 # A test with the label "sim" gets a network of its own where the system allows it: cameras of tests that run
 # side by side would find each other's searches, and take each other's addresses.
 #
@@ -34,6 +34,7 @@ function(project_add_test name)
     endif()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
+        COST ${ARG_TIMEOUT}
         LABELS "${ARG_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;ASAN_OPTIONS=${_asan};${ARG_ENVIRONMENT}"
     )
