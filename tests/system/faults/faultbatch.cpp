@@ -5,6 +5,8 @@
 #include <QThread>
 #include <QUuid>
 
+#include "processuse.h"
+
 namespace {
 
 const char kMarkerName[] = "KX_TEST_BATCH=";
@@ -73,11 +75,20 @@ QList<qint64> ProcessesMarked(const QByteArray &marker)
     return marked;
 }
 
-int DescriptorsOf(qint64 processId)
+QString CheckFile(const QByteArray &file, const QByteArray &healthy, FaultBatch::Wanted wanted)
 {
-    return QDir(QStringLiteral("/proc/%1/fd").arg(processId))
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-        .size();
+    using Wanted = FaultBatch::Wanted;
+    const QList<QByteArray> records = RecordsOf(file);
+    const QList<QByteArray> all = RecordsOf(healthy);
+    const bool good =
+        IsWhole(file) && (wanted == Wanted::SameFile      ? file == healthy
+                          : wanted == Wanted::AllButWidth ? WithoutWidth(records) == WithoutWidth(all)
+                                                          : IsPartOf(records, all));
+    return good ? QString()
+                : QStringLiteral("%1 records, expected %2: %3")
+                      .arg(records.size())
+                      .arg(all.size())
+                      .arg(QString::fromUtf8(file));
 }
 
 QString FaultBatch::StartFarm(const QStringList &more)
@@ -151,7 +162,6 @@ QString FaultBatch::CheckFaulty(const Outcome &outcome, Wanted wanted) const
 {
     const QJsonObject row = outcome.run.Camera(Faulty());
     const QString text = row.value("message").toString();
-    const QByteArray file = outcome.files.value(NameOf(2));
     if (wanted == Wanted::NoFile) {
         if (outcome.run.exitCode != 1 || row.value("result") != "failed")
             return QStringLiteral("success, exit code %1").arg(outcome.run.exitCode);
@@ -161,18 +171,9 @@ QString FaultBatch::CheckFaulty(const Outcome &outcome, Wanted wanted) const
     }
     if (outcome.run.exitCode != 0 || row.value("result") != "ok" || !text.isEmpty())
         return QStringLiteral("exit code %1, the row says \"%2\"").arg(outcome.run.exitCode).arg(text);
-    if (outcome.files.size() != 3 || !IsWhole(file))
-        return "no whole file, or further ones: " + outcome.files.keys().join(' ');
-    const QList<QByteArray> records = RecordsOf(file);
-    const QList<QByteArray> all = RecordsOf(m_reference);
-    const bool good = wanted == Wanted::SameFile      ? file == m_reference
-                      : wanted == Wanted::AllButWidth ? WithoutWidth(records) == WithoutWidth(all)
-                                                      : IsPartOf(records, all);
-    return good ? QString()
-                : QStringLiteral("%1 records, expected %2: %3")
-                      .arg(records.size())
-                      .arg(all.size())
-                      .arg(QString::fromUtf8(file));
+    if (outcome.files.size() != 3)
+        return "files: " + outcome.files.keys().join(' ');
+    return CheckFile(outcome.files.value(NameOf(2)), m_reference, wanted);
 }
 
 QString FaultBatch::CheckLeftovers(const Outcome &outcome) const

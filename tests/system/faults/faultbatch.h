@@ -80,7 +80,8 @@ bool IsWhole(const QByteArray &file);
 /// Processes that carry the text in their environment.
 QList<qint64> ProcessesMarked(const QByteArray &marker);
 
-/// Open descriptors of a process.
-int DescriptorsOf(qint64 processId);
+/// Empty, or how the file of a faulty camera is not what it should be beside a healthy camera's. Not for
+/// Wanted::NoFile.
+QString CheckFile(const QByteArray &file, const QByteArray &healthy, FaultBatch::Wanted wanted);
 
 #endif

@@ -5,7 +5,8 @@
 #include <thread>
 #include <vector>
 
-#include "faultbatch.h"
+#include "camerafarm.h"
+#include "processuse.h"
 
 // A hundred rounds of open, read and close in one process, with healthy and with faulty cameras.
 class tst_Faults_Growth : public QObject
@@ -27,30 +28,6 @@ private:
 static const int kCameras = 4;
 
 namespace {
-
-struct Use
-{
-    int nDescriptors;
-    int nThreads;
-    int nChildren; // zombies too
-    qint64 nResidentKb;
-};
-
-int EntriesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
-}
-
-Use UseOfThisProcess()
-{
-    Use use = {DescriptorsOf(QCoreApplication::applicationPid()), EntriesIn("/proc/self/task"), 0, 0};
-    const QStringList threads = QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &thread : threads)
-        use.nChildren += ReadFile("/proc/self/task/" + thread + "/children").count(' ');
-    // Second number: pages.
-    use.nResidentKb = ReadFile("/proc/self/statm").split(' ').value(1).toLongLong() * 4;
-    return use;
-}
 
 // Opens, reads and closes; the results are other tests' business.
 void UseCamera(const QByteArray &address)
@@ -116,10 +93,10 @@ void tst_Faults_Growth::OpenReadClose_ManyRounds_NothingGrows()
     // What is made once for the process, arenas of threads included, is there after some rounds.
     for (int i = 0; i < qMin(20, rounds / 2); ++i)
         Round();
-    const Use before = UseOfThisProcess();
+    const ProcessUse before = UseOfThisProcess();
     for (int i = qMin(20, rounds / 2); i < rounds; ++i)
         Round();
-    const Use after = UseOfThisProcess();
+    const ProcessUse after = UseOfThisProcess();
 
     QCOMPARE(after.nDescriptors, before.nDescriptors);
     QCOMPARE(after.nThreads, before.nThreads);
