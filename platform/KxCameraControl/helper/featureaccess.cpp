@@ -95,6 +95,22 @@ int FloatLimits(ArvGcNode *pNode, double &dMin, double &dMax)
     return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
 }
 
+/// Whether the value's 32-bit pattern, written, would set this value again. A feature with a negative
+/// minimum takes patterns from 2^31 on for negative values, even if its limits reach that far. Beyond 32
+/// bits the caller notices.
+int CheckPattern(ArvGcNode *pNode, int64_t nValue)
+{
+    if (nValue <= std::numeric_limits<int32_t>::max())
+        return CheckSign(pNode, nValue);
+    int64_t nMin = 0;
+    int64_t nMax = 0;
+    const int nCode = IntegerLimits(pNode, nMin, nMax);
+    if (nCode != KX_CC_OK)
+        return nCode;
+    // Above the maximum it can only be a negative one, in a register whose description forgets the sign.
+    return nMin >= 0 || nValue > nMax ? KX_CC_OK : KX_CC_E_FEATURE_VALUE;
+}
+
 int CodeOfEvaluation(int nGenICamError)
 {
     switch (nGenICamError) {
@@ -120,6 +136,16 @@ bool IsOneOf(const char *szTag, std::initializer_list<const char *> tags)
 }
 
 } // namespace
+
+int CheckSign(ArvGcNode *pInteger, int64_t nValue)
+{
+    if (nValue >= 0)
+        return KX_CC_OK;
+    int64_t nMin = 0;
+    int64_t nMax = 0;
+    const int nCode = IntegerLimits(pInteger, nMin, nMax);
+    return nCode != KX_CC_OK || nMin < 0 ? nCode : KX_CC_E_FEATURE_VALUE;
+}
 
 FeatureKind KindOf(ArvGcNode *pNode)
 {
@@ -186,7 +212,7 @@ int FeatureAccess::GetInt(const std::string &strName, int64_t &nValue)
         return nCode;
     GError *pError = nullptr;
     nValue = arv_gc_integer_get_value(ARV_GC_INTEGER(pNode), &pError);
-    return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
+    return pError == nullptr ? CheckPattern(pNode, nValue) : CodeOfError(pError);
 }
 
 int FeatureAccess::GetEnum(const std::string &strName, int64_t &nValue)

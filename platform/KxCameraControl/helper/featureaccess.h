@@ -36,6 +36,7 @@ public:
     {
     }
 
+    /// @param nValue  one that its 32-bit pattern would set again, or one beyond 32 bits
     int GetInt(const std::string &strName, int64_t &nValue);
     int GetEnum(const std::string &strName, int64_t &nValue);
     int GetFloat(const std::string &strName, double &dValue);
@@ -63,6 +64,10 @@ private:
     ArvGc *const m_pGenICam;
     FeatureCheck m_check;
 };
+
+/// KX_CC_E_FEATURE_VALUE for a negative value of a feature that has none: a register of 64 bits without a
+/// sign reads like that from 2^63 on.
+int CheckSign(ArvGcNode *pInteger, int64_t nValue);
 
 /// The result code of an evaluation; clears the error.
 int CodeOfError(GError *&pError);

@@ -1,5 +1,6 @@
 #include "helper/featureaccess.h"
 
+#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -12,8 +13,9 @@ namespace {
 bool ParseInteger(const std::string &strText, int64_t &nValue)
 {
     gchar *pEnd = nullptr;
+    errno = 0; // beyond 64 bits the function gives the nearest number
     nValue = g_ascii_strtoll(strText.c_str(), &pEnd, 0);
-    return !strText.empty() && *pEnd == '\0';
+    return !strText.empty() && *pEnd == '\0' && errno == 0;
 }
 
 bool ParseFloat(const std::string &strText, double &dValue)
@@ -82,12 +84,16 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
         return nCode;
     GError *pError = nullptr;
     const char *szText = nullptr;
+    int64_t nValue = 0;
+    double dValue = 0;
     switch (kind) {
     case FeatureKind::Integer:
-        strValue = std::to_string(arv_gc_integer_get_value(ARV_GC_INTEGER(pNode), &pError));
+        nValue = arv_gc_integer_get_value(ARV_GC_INTEGER(pNode), &pError);
+        strValue = std::to_string(nValue);
         break;
     case FeatureKind::Float:
-        strValue = FloatText(arv_gc_float_get_value(ARV_GC_FLOAT(pNode), &pError));
+        dValue = arv_gc_float_get_value(ARV_GC_FLOAT(pNode), &pError);
+        strValue = FloatText(dValue);
         break;
     case FeatureKind::Boolean:
         strValue = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(pNode), &pError) != FALSE ? "1" : "0";
@@ -101,6 +107,11 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
     }
     if (pError != nullptr)
         return CodeOfError(pError);
+    // What could not be loaded again has no place in a file.
+    if (!std::isfinite(dValue))
+        return KX_CC_E_FEATURE_VALUE;
+    if (kind == FeatureKind::Integer)
+        return CheckSign(pNode, nValue);
     if (kind == FeatureKind::Enumeration || kind == FeatureKind::String) {
         if (szText == nullptr || std::strpbrk(szText, "\r\n") != nullptr)
             return KX_CC_E_FEATURE_VALUE; // no such entry, or a text that a line cannot hold

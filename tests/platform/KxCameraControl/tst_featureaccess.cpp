@@ -32,6 +32,8 @@ private Q_SLOTS:
     void GetInt_PlainRegister_CostsOneAccess();
     void GetInt_ChangedBehindOurBack_GivesTheCamerasValue();
     void GetInt_SignedRegister_GivesNegativeValue();
+    void GetInt_BeyondThePattern_IsRefused_data();
+    void GetInt_BeyondThePattern_IsRefused();
     void GetInt_NameOrTypeIsWrong_SaysWhich();
     void Access_Conditions_data();
     void Access_Conditions();
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void Find_BrokenPointers();
     void Find_LimitsThatDependOnEachOther_AreSound();
     void SetInt_PatternOfNegativeValue_WritesNegativeValue();
+    void SetInt_SignForgottenInTheRegister_SetsWhatWasRead();
     void SetInt_LargePatternOfUnsignedFeature_WritesLargeValue();
     void SetInt_OutOfRange_IsRefusedBeforeTheCameraIsAsked();
     void SetEnum_ByNumber_WritesTheNumber();
@@ -51,6 +54,9 @@ private Q_SLOTS:
     void GetInt_CameraRefuses_GivesDeviceStatus();
     void GetInt_CameraIsSilent_GivesTimeout();
     void SetText_EachType_SetsTheValueThatGetTextGives();
+    void SetText_IntegerBeyond64Bits_IsRefused();
+    void GetText_FloatIsNoNumber_IsRefused_data();
+    void GetText_FloatIsNoNumber_IsRefused();
 
 private:
     MemoryDevice *m_pDevice = nullptr;
@@ -100,6 +106,50 @@ void tst_FeatureAccess::GetInt_SignedRegister_GivesNegativeValue()
     int64_t nValue = 0;
     QCOMPARE(m_access->GetInt("Offset", nValue), KX_CC_OK);
     QCOMPARE(nValue, int64_t{-2});
+}
+
+void tst_FeatureAccess::GetInt_BeyondThePattern_IsRefused_data()
+{
+    QTest::addColumn<QByteArray>("feature");
+    QTest::addColumn<uint32_t>("address");
+    QTest::addColumn<uint32_t>("high");
+    QTest::addColumn<uint32_t>("low");
+    QTest::addColumn<int>("code");
+    const auto row = [](const char *szName, const char *szFeature, uint64_t nRegister, int nCode) {
+        const uint32_t nAddress = qstrcmp(szFeature, "LongReg") == 0 ? 0x110 : 0x148;
+        QTest::newRow(szName) << QByteArray(szFeature) << nAddress << static_cast<uint32_t>(nRegister >> 32)
+                              << static_cast<uint32_t>(nRegister) << nCode;
+    };
+    row("signed, -1", "LongReg", 0xFFFFFFFFFFFFFFFF, KX_CC_OK);
+    row("signed, -2^31", "LongReg", 0xFFFFFFFF80000000, KX_CC_OK);
+    row("signed, 2^31-1", "LongReg", 0x7FFFFFFF, KX_CC_OK);
+    row("signed, 2^31 would become negative", "LongReg", 0x80000000, KX_CC_E_FEATURE_VALUE);
+    row("signed, 2^32-1 would become negative", "LongReg", 0xFFFFFFFF, KX_CC_E_FEATURE_VALUE);
+    row("unsigned, 2^32-1", "UnsignedLongReg", 0xFFFFFFFF, KX_CC_OK);
+    row("unsigned, 2^64-1 would become 2^32-1", "UnsignedLongReg", 0xFFFFFFFFFFFFFFFF, KX_CC_E_FEATURE_VALUE);
+    row("unsigned, 2^64-2^31 would become 2^31", "UnsignedLongReg", 0xFFFFFFFF80000000,
+        KX_CC_E_FEATURE_VALUE);
+}
+
+void tst_FeatureAccess::GetInt_BeyondThePattern_IsRefused()
+{
+    QFETCH(QByteArray, feature);
+    QFETCH(uint32_t, address);
+    QFETCH(uint32_t, high);
+    QFETCH(uint32_t, low);
+    QFETCH(int, code);
+    memory_device_put(m_pDevice, address, high);
+    memory_device_put(m_pDevice, address + 4, low);
+    int64_t nValue = 0;
+
+    QCOMPARE(m_access->GetInt(feature.toStdString(), nValue), code);
+
+    if (code != KX_CC_OK)
+        return;
+    memory_device_put(m_pDevice, address, 0x12345678);
+    QCOMPARE(m_access->SetInt(feature.toStdString(), static_cast<uint32_t>(nValue)), KX_CC_OK);
+    QCOMPARE(memory_device_get(m_pDevice, address), high);
+    QCOMPARE(memory_device_get(m_pDevice, address + 4), low);
 }
 
 void tst_FeatureAccess::GetInt_NameOrTypeIsWrong_SaysWhich()
@@ -171,6 +221,16 @@ void tst_FeatureAccess::SetInt_PatternOfNegativeValue_WritesNegativeValue()
     QCOMPARE(m_access->SetInt("LongReg", 0xFFFFFFFE), KX_CC_OK);
     QCOMPARE(m_access->GetInt("LongReg", nValue), KX_CC_OK);
     QCOMPARE(nValue, int64_t{-2});
+}
+
+void tst_FeatureAccess::SetInt_SignForgottenInTheRegister_SetsWhatWasRead()
+{
+    memory_device_put(m_pDevice, 0x108, 0xFFFFFFFE);
+    int64_t nValue = 0;
+    QCOMPARE(m_access->GetInt("SignForgotten", nValue), KX_CC_OK);
+    memory_device_put(m_pDevice, 0x108, 0);
+    QCOMPARE(m_access->SetInt("SignForgotten", static_cast<uint32_t>(nValue)), KX_CC_OK);
+    QCOMPARE(memory_device_get(m_pDevice, 0x108), 0xFFFFFFFEU);
 }
 
 void tst_FeatureAccess::SetInt_LargePatternOfUnsignedFeature_WritesLargeValue()
@@ -283,6 +343,30 @@ void tst_FeatureAccess::SetText_EachType_SetsTheValueThatGetTextGives()
     QCOMPARE(m_access->SetText("Width", "12x"), KX_CC_E_FEATURE_VALUE);
     QCOMPARE(m_access->SetText("Mode", "1"), KX_CC_E_FEATURE_VALUE);
     QCOMPARE(m_access->SetText("Flag", "yes"), KX_CC_E_FEATURE_VALUE);
+}
+
+void tst_FeatureAccess::SetText_IntegerBeyond64Bits_IsRefused()
+{
+    QCOMPARE(m_access->SetText("LongReg", "9223372036854775807"), KX_CC_OK);
+    QCOMPARE(m_access->SetText("LongReg", "9223372036854775808"), KX_CC_E_FEATURE_VALUE);
+    QCOMPARE(m_access->SetText("LongReg", "-99999999999999999999"), KX_CC_E_FEATURE_VALUE);
+    QCOMPARE(memory_device_get(m_pDevice, 0x110), 0x7FFFFFFFU);
+}
+
+void tst_FeatureAccess::GetText_FloatIsNoNumber_IsRefused_data()
+{
+    QTest::addColumn<uint32_t>("high");
+    QTest::newRow("not a number") << 0x7FF80000U;
+    QTest::newRow("infinity") << 0x7FF00000U;
+    QTest::newRow("negative infinity") << 0xFFF00000U;
+}
+
+void tst_FeatureAccess::GetText_FloatIsNoNumber_IsRefused()
+{
+    QFETCH(uint32_t, high);
+    memory_device_put(m_pDevice, 0x128, high);
+    std::string strText;
+    QCOMPARE(m_access->GetText("HugeReg", strText), KX_CC_E_FEATURE_VALUE);
 }
 
 QTEST_APPLESS_MAIN(tst_FeatureAccess)

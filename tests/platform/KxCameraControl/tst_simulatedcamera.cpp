@@ -39,6 +39,8 @@ private Q_SLOTS:
     void Values_WrittenAreReadBack();
     void Open_FortyCamerasAtOnce_AllWork();
     void FeatureFile_SavedAndLoaded_RestoresTheCamera();
+    void FeatureFile_OddValues_AreKeptOrLeftOut_data();
+    void FeatureFile_OddValues_AreKeptOrLeftOut();
     void FeatureFile_Bad_SetsNothing();
     void Process_IsKilledWithACameraOpen_HelperEndsAndCameraIsFree();
 
@@ -353,6 +355,51 @@ void tst_SimulatedCamera::FeatureFile_SavedAndLoaded_RestoresTheCamera()
     QCOMPARE(camera.Get("Width", &nWidth), KX_CC_OK);
     QCOMPARE(nWidth, 480U);
     QCOMPARE(KX_CC_FeatureSave(camera.Handle(), "/nowhere/settings"), KX_CC_E_FILE_OPEN);
+}
+
+void tst_SimulatedCamera::FeatureFile_OddValues_AreKeptOrLeftOut_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QByteArray>("line"); // in the file; empty: none
+    const auto row = [](const char *szName, const char *szValue, const QByteArray &line) {
+        QTest::newRow(szName) << QString(szValue) << line;
+    };
+    row("text without an end", "DeviceNote=0123456789abcdef0123456789abcdef",
+        "DeviceNote\t0123456789abcdef0123456789abcdef\n");
+    row("text that is no UTF-8", "DeviceNote=\\xff\\xc3\\x28", "DeviceNote\t\xff\xc3\x28\n");
+    row("text of control characters", "DeviceNote=\\x01\\x09#", "DeviceNote\t\x01\t#\n");
+    row("text of two lines", "DeviceNote=a\\x0aWidth\\x09640", QByteArray());
+    row("64 bits", "LineFaultMask=9223372036854775807", "LineFaultMask\t9223372036854775807\n");
+    row("64 bits, the highest one set", "LineFaultMask=-2", QByteArray());
+    row("no entry", "ExposureMode=77", QByteArray());
+    row("no number", "Hue=nan", QByteArray());
+    row("infinity", "Hue=-inf", QByteArray());
+}
+
+void tst_SimulatedCamera::FeatureFile_OddValues_AreKeptOrLeftOut()
+{
+    QFETCH(QString, value);
+    QFETCH(QByteArray, line);
+    const QTemporaryDir folder;
+    const auto save = [&](const OpenCamera &camera) {
+        QFile file(folder.filePath("settings"));
+        if (KX_CC_FeatureSave(camera.Handle(), QFile::encodeName(file.fileName())) != KX_CC_OK)
+            return QByteArray();
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QVERIFY(m_farm.Set(kSecond, "value", value));
+    const OpenCamera camera(kSecond);
+    QCOMPARE(camera.Code(), KX_CC_OK);
+    const QByteArray saved = save(camera);
+    QVERIFY2(saved.contains('\n' + line), saved);
+    if (line.isEmpty())
+        QVERIFY2(!saved.contains('\n' + value.section('=', 0, 0).toLatin1() + '\t'), saved);
+
+    QVERIFY(m_farm.Set(kSecond, "value", "0"));
+    const int nCode = KX_CC_FeatureLoad(camera.Handle(), QFile::encodeName(folder.filePath("settings")));
+
+    QVERIFY2(nCode == KX_CC_OK || nCode == KX_CC_E_FILE_PARTIAL, KX_CC_ErrorText(nCode));
+    QVERIFY2(line.isEmpty() || save(camera) == saved, save(camera));
 }
 
 void tst_SimulatedCamera::FeatureFile_Bad_SetsNothing()

@@ -162,9 +162,10 @@ KX_CC_API int KX_CC_DestroyHandle(void *hDevice);
 /* ---- Features ------------------------------------------------------------------------------------- */
 
 /**
- * Value of an integer feature. The value is carried as its 32-bit pattern: values from -2^31 to 2^32-1 can
- * be carried, any other is KX_CC_E_FEATURE_VALUE. Limits are not part of the record, because each costs
- * register accesses of its own.
+ * Value of an integer feature. The value is carried as its 32-bit pattern: values from 0 to 2^32-1, or from
+ * -2^31 to 2^31-1 when the feature's minimum is negative; any other is KX_CC_E_FEATURE_VALUE, because its
+ * pattern would set another one. Limits are not part of the record, because each costs register accesses
+ * of its own.
  */
 typedef struct KX_CC_INT_VALUE_
 {
