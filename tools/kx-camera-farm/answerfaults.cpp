@@ -102,6 +102,27 @@ private:
     const std::size_t m_nMore;
 };
 
+/// Answers to discovery name another address as the camera's (GigE Vision 2.0, 16.1.2, table 16-2).
+class Claim : public Fault
+{
+public:
+    explicit Claim(std::uint32_t address)
+        : m_nAddress(address)
+    {
+    }
+    void AfterCommand(Exchange *pExchange) override
+    {
+        constexpr std::size_t PLACE = Gvcp::HEADER_SIZE + Bootstrap::CURRENT_IP;
+        for (Reply &reply : pExchange->replies) {
+            if (reply.bytes.size() >= PLACE + 4)
+                StoreBe32(reply.bytes.data() + PLACE, m_nAddress);
+        }
+    }
+
+private:
+    const std::uint32_t m_nAddress;
+};
+
 /// Answers carry an id off by a number.
 class WrongId : public Fault
 {
@@ -196,6 +217,15 @@ std::unique_ptr<Fault> Make(const QByteArray &value, const Camera & /*camera*/, 
     return ParseNumber(value, minimum, maximum, &number, pError) ? std::make_unique<Made>(number) : nullptr;
 }
 
+std::unique_ptr<Fault> MakeClaim(const QByteArray &value, const Camera & /*camera*/, QString *pError)
+{
+    std::uint32_t address = 0;
+    if (ParseLoopbackAddress(QString::fromUtf8(value), &address))
+        return std::make_unique<Claim>(address);
+    *pError = QStringLiteral("\"%1\" is no address 127.x.y.z").arg(QString::fromUtf8(value));
+    return nullptr;
+}
+
 std::unique_ptr<Fault> MakePending(const QByteArray &value, const Camera & /*camera*/, QString *pError)
 {
     const QList<QByteArray> words = value.split(' ');
@@ -217,6 +247,7 @@ std::vector<FaultKind> AnswerFaultKinds()
             {"oversized", Scope::Commands, Make<Oversized, 1, 60000>},
             {"discovery-short", Scope::Discovery, Make<Short, 1, 1000>},
             {"discovery-oversized", Scope::Discovery, Make<Oversized, 1, 60000>},
+            {"discovery-address", Scope::Discovery, MakeClaim},
             {"discovery-endless-ms", Scope::Discovery, Make<Endless, 1, 60000>},
             {"late", Scope::Commands, Make<Late, 1, 1>},
             {"reordered", Scope::Commands, Make<Reordered, 1, 1>},

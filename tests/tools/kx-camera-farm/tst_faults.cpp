@@ -48,6 +48,7 @@ private slots:
     void PendingAck_TwoTimes_AnswerComesAfterThem();
     void PendingAck_ForEver_RepeatsWithoutAnAnswer();
     void DiscoveryShort_Command_IsWhole();
+    void DiscoveryAddress_Answers_NameItInDiscoveryOnly();
     void Status_NarrowedToOneAddress_OthersAreServed();
     void Status_Twice_ThirdTimeIsServed();
     void ControlHeld_TakeControl_IsDenied();
@@ -71,6 +72,7 @@ void tst_Faults::Set_UnknownKeyOrBadValue_IsRefused_data()
     QTest::newRow("half a pair") << QByteArray("write-resets") << QByteArray("Width");
     QTest::newRow("unknown description") << QByteArray("description") << QByteArray("evil");
     QTest::newRow("address off loopback") << QByteArray("address") << QByteArray("10.0.0.1");
+    QTest::newRow("claim off loopback") << QByteArray("discovery-address") << QByteArray("10.0.0.1");
     QTest::newRow("no MAC address") << QByteArray("mac") << QByteArray("02:00");
 }
 
@@ -241,6 +243,17 @@ void tst_Faults::DiscoveryShort_Command_IsWhole()
 
     QCOMPARE(m_pClient->SendBytes(DISCOVER).at(0).bytes.size(), std::size_t{100});
     QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
+}
+
+void tst_Faults::DiscoveryAddress_Answers_NameItInDiscoveryOnly()
+{
+    QByteArray answer = m_pClient->Send(DISCOVER.toHex());
+    answer.replace(answer.lastIndexOf("7f1e0901"), 8, "7f1e0907"); // the first is part of the MAC address
+
+    QCOMPARE(Set("discovery-address", "127.30.9.7"), QByteArray());
+
+    QCOMPARE(m_pClient->Send(DISCOVER.toHex()), answer);
+    QCOMPARE(m_pClient->ReadWord(Bootstrap::CURRENT_IP), 0x7F1E0901U);
 }
 
 void tst_Faults::Status_NarrowedToOneAddress_OthersAreServed()
