@@ -9,7 +9,7 @@ int Camera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch, std::
 {
     int nCode = KX_CC_E_UNSUPPORTED;
     if (info.nTransportType == KX_CC_TRANSPORT_GIGE)
-        camera = OpenGigeCamera(info.SpecialInfo.stGigEInfo, watch, nCode);
+        camera = OpenGigeCamera(info, watch, nCode);
     else if (info.nTransportType == KX_CC_TRANSPORT_USB)
         camera = OpenUsbCamera(info.SpecialInfo.stUsbInfo, nCode);
     return nCode;

@@ -53,7 +53,7 @@ public:
 /// @param strText  cleaned and judged; must outlive the result
 ArvGc *MakeGenICam(ArvDevice *pDevice, const std::string &strText);
 
-std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch, int &nCode);
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch, int &nCode);
 std::unique_ptr<Camera> OpenUsbCamera(const KX_CC_USB_INFO &info, int &nCode);
 
 } // namespace kxcc

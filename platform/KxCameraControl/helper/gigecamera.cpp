@@ -29,7 +29,7 @@ public:
     }
 
     /// @return KX_CC_OK or the code of the failure; control may have been taken all the same.
-    int Open(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch);
+    int Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch);
 
     ArvGc *GenICam() const override { return m_pGenICam; }
     const std::string &Description() const override { return m_strDescription; }
@@ -38,7 +38,8 @@ public:
     void Release() override;
 
 private:
-    int TakeControl();
+    int TakeControl(const KX_CC_DEVICE_INFO &info);
+    bool IsMeant(const KX_CC_DEVICE_INFO &info);
     int FetchDescription();
     int FetchFrom(uint32_t nUrlRegister);
     int BuildFeatures();
@@ -71,12 +72,13 @@ int CodeOf(Result result)
     }
 }
 
-int GigeCamera::Open(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch)
+int GigeCamera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch)
 {
-    if (!m_channel.Open(info.nInterfaceIp, info.nCurrentIp))
+    const KX_CC_GIGE_INFO &gige = info.SpecialInfo.stGigEInfo;
+    if (!m_channel.Open(gige.nInterfaceIp, gige.nCurrentIp))
         return KX_CC_E_UNREACHABLE;
     m_channel.SetProgress(watch.progress);
-    int nCode = TakeControl();
+    int nCode = TakeControl(info);
     // Parsing a description takes some 50 ms, but seconds when some hundred helpers do it at once: the
     // camera must not take them for a dead application's.
     if (nCode == KX_CC_OK) {
@@ -93,7 +95,7 @@ int GigeCamera::Open(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch)
 
 /// Control first: a camera that another application holds is left alone, and one that is silent shows it
 /// before anything else is asked of it.
-int GigeCamera::TakeControl()
+int GigeCamera::TakeControl(const KX_CC_DEVICE_INFO &info)
 {
     // Read before it is written: some cameras do not answer the write of a stranger at all.
     uint32_t nPrivilege = 0;
@@ -102,6 +104,8 @@ int GigeCamera::TakeControl()
         return KX_CC_E_UNREACHABLE;
     if (result == Result::Ok && IsHeld(nPrivilege))
         return KX_CC_E_ACCESS_DENIED;
+    if (!IsMeant(info))
+        return KX_CC_E_UNREACHABLE;
     result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
     if (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied)
         return KX_CC_E_ACCESS_DENIED;
@@ -112,6 +116,29 @@ int GigeCamera::TakeControl()
     if (m_channel.ReadRegister(kRegisterHeartbeatTimeout, nHeartbeatMs) == Result::Ok && nHeartbeatMs > 0)
         m_nHeartbeatMs = nHeartbeatMs;
     return m_channel.IsDead() ? KX_CC_E_TIMEOUT : KX_CC_OK;
+}
+
+/// Whether the camera at the address is the one of the record. Two may have got the same address, and one
+/// may claim another's; settings of the wrong camera must not be read or written. A record without a MAC
+/// address means whoever is there, and a camera that does not tell its own is taken for the right one.
+bool GigeCamera::IsMeant(const KX_CC_DEVICE_INFO &info)
+{
+    if (info.nMacAddrHigh == 0 && info.nMacAddrLow == 0)
+        return true;
+    bool bTold = false;
+    for (const uint32_t nRegister :
+         {kRegisterMacHigh0, kRegisterMacHigh1, kRegisterMacHigh2, kRegisterMacHigh3}) {
+        uint32_t nHigh = 0;
+        uint32_t nLow = 0;
+        if (m_channel.ReadRegister(nRegister, nHigh) != Result::Ok ||
+            m_channel.ReadRegister(nRegister + 4, nLow) != Result::Ok)
+            break; // it has no more interfaces
+        nHigh &= 0xFFFFU;
+        if (nHigh == info.nMacAddrHigh && nLow == info.nMacAddrLow)
+            return true;
+        bTold = bTold || nHigh != 0 || nLow != 0;
+    }
+    return !bTold;
 }
 
 int GigeCamera::FetchDescription()
@@ -198,7 +225,7 @@ void GigeCamera::Release()
 
 } // namespace
 
-std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_GIGE_INFO &info, const OpeningWatch &watch, int &nCode)
+std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch, int &nCode)
 {
     auto camera = std::make_unique<GigeCamera>();
     nCode = camera->Open(info, watch);

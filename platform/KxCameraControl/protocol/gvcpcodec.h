@@ -27,8 +27,12 @@ constexpr size_t kGvcpDatagramSize = 1024;
 enum GvcpRegister : uint32_t
 {
     kRegisterDeviceMode = 0x0004,
+    kRegisterMacHigh0 = 0x0008, ///< of the first network interface; the low half follows each
     kRegisterDescriptionUrl0 = 0x0200,
     kRegisterDescriptionUrl1 = 0x0400,
+    kRegisterMacHigh1 = 0x0680,
+    kRegisterMacHigh2 = 0x0700,
+    kRegisterMacHigh3 = 0x0780,
     kRegisterCapability = 0x0934,
     kRegisterHeartbeatTimeout = 0x0938,
     kRegisterControlPrivilege = 0x0A00,

@@ -8,8 +8,12 @@
 #include <unistd.h>
 
 OpenCamera::OpenCamera(const char *szAddress)
+    : OpenCamera(RecordFor(szAddress))
 {
-    const KX_CC_DEVICE_INFO info = RecordFor(szAddress);
+}
+
+OpenCamera::OpenCamera(const KX_CC_DEVICE_INFO &info)
+{
     m_nCode = KX_CC_CreateHandle(&m_hDevice, &info);
     if (m_nCode == KX_CC_OK)
         m_nCode = KX_CC_OpenDevice(m_hDevice, KX_CC_ACCESS_MODE_EXCLUSIVE, 0);

@@ -11,6 +11,7 @@ class OpenCamera
 public:
     /// Finds the camera and opens it. Code() tells how it went.
     explicit OpenCamera(const char *szAddress);
+    explicit OpenCamera(const KX_CC_DEVICE_INFO &info);
     OpenCamera(const OpenCamera &) = delete;
     OpenCamera &operator=(const OpenCamera &) = delete;
     ~OpenCamera() { KX_CC_DestroyHandle(m_hDevice); }

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void Enumerate_CameraIsUnplugged_IsUnreachableThenGone();
     void Enumerate_CameraIsMute_IsUnreachable();
     void Enumerate_SameSerialAndName_ListsBoth();
+    void Open_AddressClaimedByTwo_IsTheOneThatHasIt();
+    void Open_RecordWithoutMacAddress_TakesWhoIsThere();
     void FindDevice_Address_GivesTheRecord();
     void FindDevice_Nobody_IsUnreachable();
     void Open_WhileOpen_IsRefused();
@@ -171,6 +173,34 @@ void tst_SimulatedCamera::Enumerate_SameSerialAndName_ListsBoth()
     const auto found = rounds.Run();
     QCOMPARE(reinterpret_cast<const char *>(found[0].SpecialInfo.stGigEInfo.chSerialNumber), "TWIN");
     QCOMPARE(reinterpret_cast<const char *>(found[1].SpecialInfo.stGigEInfo.chUserDefinedName), "TWIN");
+}
+
+void tst_SimulatedCamera::Open_AddressClaimedByTwo_IsTheOneThatHasIt()
+{
+    QVERIFY(m_farm.Set(kSecond, "discovery-address", kFirst));
+    Rounds rounds;
+    QTRY_COMPARE(rounds.Run().size(), size_t{40});
+    const auto found = rounds.Run(); // ordered by address, then by MAC address
+    QVERIFY(m_farm.Set(kSecond, "discovery-address", "0"));
+    QCOMPARE(found[1].SpecialInfo.stGigEInfo.nCurrentIp, TestNetwork() + 1);
+    QCOMPARE(found[1].nMacAddrLow, TestNetwork() + 2);
+
+    // The wrong one is neither opened nor keeps the right one from being opened.
+    const OpenCamera impostor(found[1]);
+    const OpenCamera owner(found[0]);
+
+    QCOMPARE(impostor.Code(), KX_CC_E_UNREACHABLE);
+    QCOMPARE(owner.Code(), KX_CC_OK);
+}
+
+void tst_SimulatedCamera::Open_RecordWithoutMacAddress_TakesWhoIsThere()
+{
+    KX_CC_DEVICE_INFO info{};
+    QCOMPARE(KX_CC_FindDevice(kFirst, 5000, &info), KX_CC_OK);
+    QVERIFY(info.nMacAddrLow != 0);
+    QCOMPARE(OpenCamera(info).Code(), KX_CC_OK);
+    info.nMacAddrHigh = info.nMacAddrLow = 0;
+    QCOMPARE(OpenCamera(info).Code(), KX_CC_OK);
 }
 
 void tst_SimulatedCamera::FindDevice_Address_GivesTheRecord()

@@ -17,6 +17,8 @@ private slots:
     void Export_BadName_StaysInTheFolder_data();
     void Export_BadName_StaysInTheFolder();
     void Export_SameModelAndSerial_LeavesOneWholeFile();
+    void Export_AddressOfAnotherCamera_FailsAlone();
+    void Import_AddressOfAnotherCamera_SetsNothingThere();
 
 private:
     FaultBatch m_batch{"127.50.5."};
@@ -121,6 +123,48 @@ void tst_Faults_Discovery::Export_SameModelAndSerial_LeavesOneWholeFile()
     QCOMPARE(outcome.run.exitCode, 0);
     QCOMPARE(outcome.files.size(), 2);
     QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
+}
+
+// The records of the first two have one address; what tells them apart is the serial number.
+void tst_Faults_Discovery::Export_AddressOfAnotherCamera_FailsAlone()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.SetFault("discovery-address 127.50.5.1"), QString());
+    const FaultBatch::Outcome outcome = m_batch.Export();
+
+    QCOMPARE(outcome.run.exitCode, 1);
+    QMap<QString, QString> messages;
+    for (const QJsonValue camera : outcome.run.Json())
+        messages[camera.toObject().value("serial").toString()] =
+            camera.toObject().value("message").toString();
+    const QMap<QString, QString> expected{
+        {"SIM0001", ""}, {"SIM0002", "Failed to export features.Failed to open device."}, {"SIM0003", ""}};
+    QCOMPARE(messages, expected);
+    QCOMPARE(outcome.files.size(), 2);
+    QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
+    QCOMPARE(m_batch.CheckLeftovers(outcome), QString());
+    QCOMPARE(m_batch.CheckFreeAgain(), QString());
+}
+
+void tst_Faults_Discovery::Import_AddressOfAnotherCamera_SetsNothingThere()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.SetFault("discovery-address 127.50.5.1"), QString());
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("import.kfb"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(WithValue(m_batch.Reference(), "Width", "320"));
+    file.close();
+
+    // The second camera alone, whose record leads to the first.
+    const CompanionRun run = RunCompanion({"import", file.fileName(), "--address", m_batch.Faulty()});
+
+    QCOMPARE(run.exitCode, 1);
+    m_batch.Farm().Command("clear *");
+    const FaultBatch::Outcome after = m_batch.Export();
+    QCOMPARE(after.files.size(), 3);
+    for (const QByteArray &content : after.files)
+        QCOMPARE(content, m_batch.Reference());
 }
 
 QTEST_GUILESS_MAIN(tst_Faults_Discovery)

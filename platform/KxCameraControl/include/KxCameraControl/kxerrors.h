@@ -29,7 +29,7 @@ KX_CC_BEGIN_DECLS
 
 /* The way to the camera. After any of these but ACCESS_DENIED and DEVICE_STATUS the handle is lost:
    every later call on it returns KX_CC_E_LOST at once, until it is closed and opened again. */
-#define KX_CC_E_UNREACHABLE 141   /**< no camera answers under the address, or no such USB camera */
+#define KX_CC_E_UNREACHABLE 141   /**< none or another answers under the address; no such USB camera */
 #define KX_CC_E_ACCESS_DENIED 142 /**< another application controls the camera */
 #define KX_CC_E_TIMEOUT 143       /**< the camera, or its helper process, did not answer in time */
 #define KX_CC_E_LOST 144          /**< an earlier call lost the camera, or it took its control away */
