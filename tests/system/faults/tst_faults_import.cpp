@@ -12,6 +12,8 @@ private slots:
 
     void Import_FaultyWrites_OtherValuesAndCamerasAreSet_data();
     void Import_FaultyWrites_OtherValuesAndCamerasAreSet();
+    void Import_CameraCorrectsValues_OthersAreSet_data();
+    void Import_CameraCorrectsValues_OthersAreSet();
     void Import_FaultyAnswers_AllValuesAreSet_data();
     void Import_FaultyAnswers_AllValuesAreSet();
     void Import_CameraGoes_OtherCamerasAreSet_data();
@@ -20,7 +22,12 @@ private slots:
 
 private:
     QByteArray Changed() const;
-    QString Play(const QByteArray &fault, const QByteArray &file, QByteArray *pFaulty);
+    QString Play(const QList<QByteArray> &faults, const QByteArray &file, const QByteArray &healthy,
+                 QByteArray *pFaulty);
+    QString Play(const QByteArray &fault, const QByteArray &file, QByteArray *pFaulty)
+    {
+        return Play(QList<QByteArray>{fault}, file, file, pFaulty);
+    }
 
     FaultBatch m_batch{"127.50.6."};
 };
@@ -40,12 +47,16 @@ QByteArray tst_Faults_Import::Changed() const
     return WithValue(file, "ExposureTime", "1234.500000");
 }
 
-// Imports with the fault; then what the cameras have, without it. The faulty one's values go to *pFaulty.
-QString tst_Faults_Import::Play(const QByteArray &fault, const QByteArray &file, QByteArray *pFaulty)
+// Imports with the faults; then what the cameras have, without them. The faulty one's values go to *pFaulty,
+// those of the others have to be `healthy`.
+QString tst_Faults_Import::Play(const QList<QByteArray> &faults, const QByteArray &file,
+                                const QByteArray &healthy, QByteArray *pFaulty)
 {
     QString error = m_batch.StartFarm();
-    if (error.isEmpty())
-        error = m_batch.SetFault(fault);
+    for (const QByteArray &fault : faults) {
+        if (error.isEmpty())
+            error = m_batch.SetFault(fault);
+    }
     if (!error.isEmpty())
         return error;
     const FaultBatch::Outcome import = m_batch.Import(file);
@@ -61,7 +72,7 @@ QString tst_Faults_Import::Play(const QByteArray &fault, const QByteArray &file,
     const FaultBatch::Outcome after = m_batch.Export();
     *pFaulty = after.files.value("SimCam-150_SIM0002.kfb");
     for (const char *neighbour : {"SimCam-150_SIM0001.kfb", "SimCam-150_SIM0003.kfb"}) {
-        if (after.files.value(neighbour) != Changed())
+        if (after.files.value(neighbour) != healthy)
             return QStringLiteral("other values in %1").arg(neighbour);
     }
     return after.run.exitCode == 0 ? QString() : QString::fromUtf8(after.run.out);
@@ -85,6 +96,39 @@ void tst_Faults_Import::Import_FaultyWrites_OtherValuesAndCamerasAreSet()
     QByteArray faulty;
     QCOMPARE(Play(fault, Changed(), &faulty), QString());
     QCOMPARE(faulty, WithValue(Changed(), feature, ValueOf(m_batch.Reference(), feature)));
+}
+
+// The limits of the description are the SDK's. A camera moves what it is given when its own are narrower, or
+// when a number lies between two steps, which healthy cameras here refuse.
+void tst_Faults_Import::Import_CameraCorrectsValues_OthersAreSet_data()
+{
+    QTest::addColumn<QList<QByteArray>>("faults");
+    QTest::addColumn<QByteArray>("width");   // in the file
+    QTest::addColumn<QByteArray>("healthy"); // what the other cameras make of it
+    QTest::addColumn<QByteArray>("faulty");
+    const QByteArray before = ValueOf(m_batch.Reference(), "Width");
+    // Halved with each of the two passes over the numbers, Height before Width.
+    const QByteArray limit = QByteArray::number(before.toInt() / 4);
+    QTest::newRow("to its limit") << QList<QByteArray>{"write-clamp 1", "write-moves-limit Height=Width"}
+                                  << QByteArray("1200") << QByteArray("1200") << limit;
+    QTest::newRow("to a step") << QList<QByteArray>{"write-round 1"} << QByteArray("642") << before
+                               << QByteArray("640");
+    QTest::newRow("to its limit, on a step")
+        << QList<QByteArray>{"write-clamp 1", "write-round 1", "write-moves-limit Height=Width"}
+        << QByteArray("1202") << before << limit;
+}
+
+void tst_Faults_Import::Import_CameraCorrectsValues_OthersAreSet()
+{
+    QFETCH(QList<QByteArray>, faults);
+    QFETCH(QByteArray, width);
+    QFETCH(QByteArray, healthy);
+    QFETCH(QByteArray, faulty);
+    QByteArray content;
+    QCOMPARE(
+        Play(faults, WithValue(Changed(), "Width", width), WithValue(Changed(), "Width", healthy), &content),
+        QString());
+    QCOMPARE(content, WithValue(Changed(), "Width", faulty));
 }
 
 void tst_Faults_Import::Import_FaultyAnswers_AllValuesAreSet_data()
