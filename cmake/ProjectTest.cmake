@@ -1,7 +1,8 @@
 # project_add_test(tst_thing SOURCES ... LIBRARIES ... [LABELS ...] [TIMEOUT s] [ENVIRONMENT ...])
 #
 # A QtTest program, run by ctest under its own name: offscreen, with a fixed locale, and killed when it
-# outlives its time; what may take longest starts first. Labels say what it needs: "sim" the camera simulator, "xvfb" a virtual display.
+# outlives its time; what may take longest starts first. Labels say what it needs: "sim" the camera simulator,
+# "xvfb" a virtual display.
 # A test with the label "sim" gets a network of its own where the system allows it: cameras of tests that run
 # side by side would find each other's searches, and take each other's addresses.
 #
