@@ -1,7 +1,5 @@
 #include "api/opencameras.h"
 
-#include "discovery/enumerator.h"
-
 namespace kxcc {
 
 OpenCameras &OpenCameras::Instance()
@@ -11,38 +9,30 @@ OpenCameras &OpenCameras::Instance()
     return *pInstance;
 }
 
-OpenCameras::Entry *OpenCameras::Find(const KX_CC_DEVICE_INFO &info)
+OpenCameras::Entry OpenCameras::EntryOf(const KX_CC_DEVICE_INFO &info)
 {
-    for (Entry &entry : m_entries) {
-        if (IsSameCamera(entry.info, info))
-            return &entry;
-    }
-    return nullptr;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto it = m_entries.find(info);
+    return it != m_entries.end() ? it->second : Entry();
 }
 
 void OpenCameras::Opened(const KX_CC_DEVICE_INFO &info)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (Entry *pEntry = Find(info))
-        ++pEntry->nHandles;
-    else
-        m_entries.push_back({info, 1, 0});
+    ++m_entries[info].nHandles;
 }
 
 void OpenCameras::Closed(const KX_CC_DEVICE_INFO &info)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (Entry *pEntry = Find(info)) {
-        --pEntry->nHandles;
-        pEntry->nLastClosed = ++m_nNow;
-    }
+    Entry &entry = m_entries[info];
+    --entry.nHandles;
+    entry.nLastClosed = ++m_nNow;
 }
 
 bool OpenCameras::IsOpen(const KX_CC_DEVICE_INFO &info)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const Entry *pEntry = Find(info);
-    return pEntry != nullptr && pEntry->nHandles > 0;
+    return EntryOf(info).nHandles > 0;
 }
 
 uint64_t OpenCameras::Now()
@@ -53,9 +43,8 @@ uint64_t OpenCameras::Now()
 
 bool OpenCameras::WasOpenSince(const KX_CC_DEVICE_INFO &info, uint64_t nPoint)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const Entry *pEntry = Find(info);
-    return pEntry != nullptr && (pEntry->nHandles > 0 || pEntry->nLastClosed > nPoint);
+    const Entry entry = EntryOf(info);
+    return entry.nHandles > 0 || entry.nLastClosed > nPoint;
 }
 
 } // namespace kxcc

@@ -2,10 +2,11 @@
 #define KXCAMERACONTROL_API_OPENCAMERAS_H
 
 #include <cstdint>
+#include <map>
 #include <mutex>
-#include <vector>
 
 #include "KxCameraControl/kxdeviceinfo.h"
+#include "discovery/knowncameras.h"
 
 namespace kxcc {
 
@@ -27,15 +28,15 @@ public:
 private:
     struct Entry
     {
-        KX_CC_DEVICE_INFO info;
-        int nHandles;
-        uint64_t nLastClosed;
+        int nHandles = 0;
+        uint64_t nLastClosed = 0;
     };
 
-    Entry *Find(const KX_CC_DEVICE_INFO &info);
+    /// Nothing for a camera that was never open.
+    Entry EntryOf(const KX_CC_DEVICE_INFO &info);
 
     std::mutex m_mutex;
-    std::vector<Entry> m_entries; ///< every camera that was open once
+    std::map<KX_CC_DEVICE_INFO, Entry, CameraOrder> m_entries; ///< every camera that was open once
     uint64_t m_nNow = 1;
 };
 

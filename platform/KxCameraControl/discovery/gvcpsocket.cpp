@@ -1,6 +1,5 @@
 #include "discovery/gvcpsocket.h"
 
-#include <cerrno>
 #include <cstring>
 #include <utility>
 
@@ -89,21 +88,12 @@ bool GvcpSocket::Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const
 
 size_t GvcpSocket::Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const
 {
-    for (;;) {
-        sockaddr_in from{};
-        socklen_t nFrom = sizeof from;
-        const ssize_t nRead =
-            recvfrom(m_nSocket, pBuffer, nSize, MSG_DONTWAIT, reinterpret_cast<sockaddr *>(&from), &nFrom);
-        nFromIp = ntohl(from.sin_addr.s_addr);
-        if (nRead > 0)
-            return static_cast<size_t>(nRead);
-        if (nRead < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
-            return 0;
-        // An empty datagram, or the error of an earlier send: the next one may be there.
-        if (nRead < 0 && errno != ECONNREFUSED && errno != EINTR && errno != EHOSTUNREACH &&
-            errno != ENETUNREACH)
-            return 0;
-    }
+    sockaddr_in from{};
+    socklen_t nFrom = sizeof from;
+    const ssize_t nRead =
+        recvfrom(m_nSocket, pBuffer, nSize, MSG_DONTWAIT, reinterpret_cast<sockaddr *>(&from), &nFrom);
+    nFromIp = ntohl(from.sin_addr.s_addr);
+    return nRead > 0 ? static_cast<size_t>(nRead) : 0;
 }
 
 } // namespace kxcc

@@ -25,7 +25,7 @@ public:
     /// @param nIp  host order, a broadcast address included
     bool Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const;
     /// The next datagram that is there already.
-    /// @return its size; 0 when none is left
+    /// @return its size; 0 when none is left, and for one that is empty or the error of an earlier Send()
     size_t Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const;
 
 private:

@@ -1,4 +1,4 @@
-#include "discovery/enumerator.h"
+#include "discovery/knowncameras.h"
 
 #include <algorithm>
 #include <cstring>
@@ -25,48 +25,39 @@ auto NumbersOf(const KX_CC_DEVICE_INFO &info)
                            info.nMacAddrHigh, info.nMacAddrLow);
 }
 
-bool ComesBefore(const KX_CC_DEVICE_INFO &a, const KX_CC_DEVICE_INFO &b)
+} // namespace
+
+bool CameraOrder::operator()(const KX_CC_DEVICE_INFO &a, const KX_CC_DEVICE_INFO &b) const
 {
     return NumbersOf(a) != NumbersOf(b) ? NumbersOf(a) < NumbersOf(b) : CompareKeys(a, b) < 0;
 }
 
-} // namespace
-
-bool IsSameCamera(const KX_CC_DEVICE_INFO &a, const KX_CC_DEVICE_INFO &b)
-{
-    return NumbersOf(a) == NumbersOf(b) && CompareKeys(a, b) == 0;
-}
-
 size_t KnownCameras::CountOf(uint32_t nTransport) const
 {
-    return static_cast<size_t>(std::count_if(m_known.begin(), m_known.end(), [&](const Known &known) {
-        return known.info.nTransportType == nTransport;
+    return static_cast<size_t>(std::count_if(m_misses.begin(), m_misses.end(), [&](const auto &entry) {
+        return entry.first.nTransportType == nTransport;
     }));
 }
 
 void KnownCameras::Update(const std::vector<KX_CC_DEVICE_INFO> &found)
 {
-    for (Known &known : m_known)
-        ++known.nMisses;
+    for (auto &entry : m_misses)
+        ++entry.second;
     for (const KX_CC_DEVICE_INFO &info : found) {
-        const auto same = std::find_if(m_known.begin(), m_known.end(),
-                                       [&](const Known &known) { return IsSameCamera(known.info, info); });
-        if (same == m_known.end())
-            m_known.push_back({info, 0});
-        else
-            *same = {info, 0};
+        m_misses.erase(info); // the record that it gave last counts
+        m_misses.emplace(info, 0);
     }
-    // A camera that got a new address is not missing at the old one.
-    m_known.erase(std::remove_if(m_known.begin(), m_known.end(),
-                                 [](const Known &known) { return known.nMisses >= kMissesUntilGone; }),
-                  m_known.end());
     m_list.clear();
-    for (const Known &known : m_known) {
-        m_list.push_back(known.info);
-        if (known.nMisses > 0)
+    for (auto it = m_misses.begin(); it != m_misses.end();) {
+        if (it->second >= kMissesUntilGone) {
+            it = m_misses.erase(it);
+            continue;
+        }
+        m_list.push_back(it->first);
+        if (it->second > 0)
             m_list.back().nAccessStatus = KX_CC_ACCESS_UNREACHABLE;
+        ++it;
     }
-    std::sort(m_list.begin(), m_list.end(), ComesBefore);
 }
 
 } // namespace kxcc

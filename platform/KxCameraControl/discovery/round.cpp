@@ -1,7 +1,6 @@
 #include "discovery/round.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include <poll.h>
 
@@ -21,12 +20,8 @@ constexpr milliseconds kRepeat(250);
 constexpr milliseconds kQuiet(150);
 constexpr milliseconds kAccessTime(450);
 constexpr milliseconds kAccessRepeat(120);
-
-bool IsSeenTwice(const KX_CC_DEVICE_INFO &a, const KX_CC_DEVICE_INFO &b)
-{
-    return a.nMacAddrHigh == b.nMacAddrHigh && a.nMacAddrLow == b.nMacAddrLow &&
-           a.SpecialInfo.stGigEInfo.nCurrentIp == b.SpecialInfo.stGigEInfo.nCurrentIp;
-}
+// Of a device that answers without end, before the clock is looked at again.
+constexpr int kMostDatagrams = 1000;
 
 uint32_t AccessOf(const GvcpAck &ack)
 {
@@ -143,7 +138,10 @@ size_t Round::TakeAnswers()
     for (size_t i = 0; i < m_sockets.size(); ++i) {
         uint8_t datagram[kGvcpDatagramSize];
         uint32_t nFrom = 0;
-        while (const size_t nSize = m_sockets[i].Receive(datagram, sizeof datagram, nFrom)) {
+        for (int nLeft = kMostDatagrams; nLeft > 0; --nLeft) {
+            const size_t nSize = m_sockets[i].Receive(datagram, sizeof datagram, nFrom);
+            if (nSize == 0)
+                break;
             ++nTaken;
             const auto ack = ParseAck(datagram, nSize);
             const auto answer = ack ? ParseDiscoveryAck(*ack) : std::nullopt;
@@ -157,19 +155,21 @@ size_t Round::TakeAnswers()
 void Round::Add(const DiscoveryAck &ack, size_t nInterface)
 {
     const KX_CC_DEVICE_INFO info = GigeRecord(ack, m_interfaces[nInterface]);
-    for (size_t i = 0; i < m_cameras.size(); ++i) {
-        if (!IsSeenTwice(m_cameras[i], info))
-            continue;
-        // Seen on two interfaces: the one in the camera's subnet reaches it.
-        if (!m_interfaces[m_interfaceOf[i]].Contains(ack.nCurrentIp) &&
-            m_interfaces[nInterface].Contains(ack.nCurrentIp)) {
-            m_cameras[i] = info;
-            m_interfaceOf[i] = nInterface;
-        }
+    const auto seen = m_indexOf.find(info);
+    if (seen == m_indexOf.end()) {
+        if (m_cameras.size() == MOST_CAMERAS)
+            return;
+        m_indexOf.emplace(info, m_cameras.size());
+        m_cameras.push_back(info);
+        m_interfaceOf.push_back(nInterface);
         return;
     }
-    m_cameras.push_back(info);
-    m_interfaceOf.push_back(nInterface);
+    // Seen on two interfaces: the one in the camera's subnet reaches it.
+    size_t &nOther = m_interfaceOf[seen->second];
+    if (!m_interfaces[nOther].Contains(ack.nCurrentIp) && m_interfaces[nInterface].Contains(ack.nCurrentIp)) {
+        m_cameras[seen->second] = info;
+        nOther = nInterface;
+    }
 }
 
 void Round::ReadAccess()
@@ -205,7 +205,10 @@ size_t Round::TakeAccess(std::vector<bool> &answered)
     for (size_t nSocket = 0; nSocket < m_sockets.size(); ++nSocket) {
         uint8_t datagram[kGvcpDatagramSize];
         uint32_t nFrom = 0;
-        while (const size_t nSize = m_sockets[nSocket].Receive(datagram, sizeof datagram, nFrom)) {
+        for (int nLeft = kMostDatagrams; nLeft > 0; --nLeft) {
+            const size_t nSize = m_sockets[nSocket].Receive(datagram, sizeof datagram, nFrom);
+            if (nSize == 0)
+                break;
             const auto ack = ParseAck(datagram, nSize);
             const size_t i = ack && ack->nRequestId > 0 ? ack->nRequestId - 1U : m_cameras.size();
             if (i >= m_cameras.size() || ack->nCommand != AckOf(GvcpCommand::ReadRegister) || answered[i] ||

@@ -3,10 +3,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "KxCameraControl/kxdeviceinfo.h"
 #include "discovery/gvcpsocket.h"
+#include "discovery/knowncameras.h"
 #include "protocol/gvcpcodec.h"
 
 namespace kxcc {
@@ -18,6 +20,9 @@ KX_CC_DEVICE_INFO GigeRecord(const DiscoveryAck &ack, const Interface &interface
 class Round
 {
 public:
+    /// More than any network has; a device that invents cameras does not get further.
+    static constexpr size_t MOST_CAMERAS = 4096;
+
     /// @return false when no interface could be asked
     bool Open(const std::vector<Interface> &interfaces);
 
@@ -47,6 +52,7 @@ private:
     std::vector<GvcpSocket> m_sockets;
     std::vector<KX_CC_DEVICE_INFO> m_cameras;
     std::vector<size_t> m_interfaceOf; ///< by camera
+    std::map<KX_CC_DEVICE_INFO, size_t, CameraOrder> m_indexOf;
 };
 
 } // namespace kxcc

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "discovery/enumerator.h"
+#include "discovery/knowncameras.h"
 #include "discovery/round.h"
 
 using namespace kxcc;
@@ -29,6 +29,7 @@ private slots:
     void Update_MissedThreeTimes_IsGone();
     void Update_BackAfterTwoMisses_StartsCountingAnew();
     void Update_SameMacAtTwoAddresses_ListsBoth();
+    void Update_NewRecordOfAKnownCamera_ReplacesTheOldOne();
     void GigeRecord_TextsThatFillTheirFields_AreWhole();
 };
 
@@ -81,6 +82,18 @@ void tst_KnownCameras::Update_SameMacAtTwoAddresses_ListsBoth()
     KnownCameras known;
     known.Update({Camera(1, 10), Camera(1, 20)});
     QCOMPARE(known.List().size(), size_t{2});
+}
+
+void tst_KnownCameras::Update_NewRecordOfAKnownCamera_ReplacesTheOldOne()
+{
+    KnownCameras known;
+    known.Update({Camera(1, 10)});
+    KX_CC_DEVICE_INFO held = Camera(1, 10);
+    held.nAccessStatus = KX_CC_ACCESS_IN_USE;
+    known.Update({held});
+
+    QCOMPARE(known.List().size(), size_t{1});
+    QCOMPARE(known.List()[0].nAccessStatus, KX_CC_ACCESS_IN_USE);
 }
 
 void tst_KnownCameras::GigeRecord_TextsThatFillTheirFields_AreWhole()
