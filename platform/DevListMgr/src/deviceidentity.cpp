@@ -80,7 +80,15 @@ QVector<int> DeviceIdentity::Assign(const QVector<KX_CC_DEVICE_INFO> &vecDevices
     for (const QByteArray &key : qAsConst(vecKeys)) // in the order of the list: so are the new numbers
         AssignSameKey(vecDevices, WithoutFormerAddresses(vecDevices, hashIndexes.value(key)),
                       m_hashKnown[key], vecIDs);
+    if (m_hashKnown.size() > MOST_KNOWN)
+        ForgetAllBut(hashIndexes);
     return vecIDs;
+}
+
+void DeviceIdentity::ForgetAllBut(const QHash<QByteArray, QVector<int>> &hashListed)
+{
+    for (auto it = m_hashKnown.begin(); it != m_hashKnown.end();)
+        it = hashListed.contains(it.key()) ? std::next(it) : m_hashKnown.erase(it);
 }
 
 void DeviceIdentity::AssignSameKey(const QVector<KX_CC_DEVICE_INFO> &vecDevices,

@@ -15,6 +15,10 @@
 class DeviceIdentity
 {
 public:
+    /// A device that invents cameras does not fill the memory: with more than this, those that have gone are
+    /// forgotten, and get a new number when they come back.
+    static const int MOST_KNOWN = 65536;
+
     /// The numbers of one round's cameras, in the order of the list; -1 for an entry that is only the
     /// former address of a camera that also answers under a new one.
     QVector<int> Assign(const QVector<KX_CC_DEVICE_INFO> &vecDevices);
@@ -28,6 +32,8 @@ private:
 
     void AssignSameKey(const QVector<KX_CC_DEVICE_INFO> &vecDevices, const QVector<int> &vecIndexes,
                        QVector<Known> &vecKnown, QVector<int> &vecIDs);
+
+    void ForgetAllBut(const QHash<QByteArray, QVector<int>> &hashListed);
 
     QHash<QByteArray, QVector<Known>> m_hashKnown;
     int m_nNextID = 1;

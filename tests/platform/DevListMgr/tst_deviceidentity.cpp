@@ -21,6 +21,7 @@ private slots:
     void Assign_UsbCameraInAnotherPlug_KeepsItsNumber();
     void Assign_UsbCamerasWithoutGuid_AreToldApartBySerial();
     void Assign_PortCameras_AreToldApartByPort();
+    void Assign_MoreThanItKeeps_ForgetsThoseThatHaveGone();
 };
 
 namespace {
@@ -130,6 +131,20 @@ void tst_DeviceIdentity::Assign_PortCameras_AreToldApartByPort()
     DeviceIdentity identity;
     QCOMPARE(identity.Assign({PortCamera(1), PortCamera(2)}), QVector<int>({1, 2}));
     QCOMPARE(identity.Assign({PortCamera(2)}), QVector<int>({2}));
+}
+
+void tst_DeviceIdentity::Assign_MoreThanItKeeps_ForgetsThoseThatHaveGone()
+{
+    DeviceIdentity identity;
+    identity.Assign({NetworkCamera(1), NetworkCamera(2)});
+    QVector<KX_CC_DEVICE_INFO> vecInvented{NetworkCamera(1)};
+    for (int i = 0; i < DeviceIdentity::MOST_KNOWN; ++i)
+        vecInvented.append(NetworkCamera(3 + i));
+    QCOMPARE(identity.Assign(vecInvented).first(), 1);
+
+    const QVector<int> vecIDs = identity.Assign({NetworkCamera(1), NetworkCamera(2)});
+    QCOMPARE(vecIDs.at(0), 1);
+    QVERIFY2(vecIDs.at(1) > DeviceIdentity::MOST_KNOWN, qPrintable(QString::number(vecIDs.at(1))));
 }
 
 QTEST_APPLESS_MAIN(tst_DeviceIdentity)
