@@ -54,8 +54,11 @@ int CodeOf(const GError *pError)
 
 int UsbCamera::Open(const KX_CC_USB_INFO &info)
 {
-    // Aravis finds a USB camera by its GUID; the key is what its enumeration called it.
-    const std::string strKey = FieldText(info.chDeviceKey, sizeof info.chDeviceKey);
+    // Aravis takes either. The GUID always fits its field, while the key, which is made of the maker's and
+    // the camera's own texts, may have been cut or cleaned.
+    const std::string strGuid = FieldText(info.chDeviceGuid, sizeof info.chDeviceGuid);
+    const std::string strKey =
+        strGuid.empty() ? FieldText(info.chDeviceKey, sizeof info.chDeviceKey) : strGuid;
     GError *pError = nullptr;
     arv_disable_interface("GigEVision");
     arv_disable_interface("Fake");
