@@ -6,6 +6,7 @@
 #include "helper/featurebag.h"
 #include "helper/usblist.h"
 #include "protocol/idtext.h"
+#include "protocol/usbrecord.h"
 
 namespace kxcc {
 namespace {
@@ -36,7 +37,7 @@ void RequestLoop::Run()
 void RequestLoop::Answer(const Request &request, Reply &reply)
 {
     if (request.operation == Operation::ListUsbCameras) {
-        reply.blob = ListUsbCameras();
+        reply.blob = EncodeUsbRecords(ListUsbCameras());
         return;
     }
     if ((request.operation == Operation::Open) == (m_camera != nullptr)) {

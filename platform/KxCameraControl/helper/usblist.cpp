@@ -1,8 +1,8 @@
 #include "helper/usblist.h"
 
-#include <cstring>
-
 #include <arv.h>
+
+#include "protocol/usbrecord.h"
 
 namespace kxcc {
 namespace {
@@ -14,12 +14,12 @@ std::string Text(const char *szText)
 
 } // namespace
 
-std::vector<uint8_t> ListUsbCameras()
+std::vector<KX_CC_DEVICE_INFO> ListUsbCameras()
 {
     arv_disable_interface("GigEVision");
     arv_disable_interface("Fake");
     arv_update_device_list();
-    std::vector<uint8_t> records;
+    std::vector<KX_CC_DEVICE_INFO> records;
     for (unsigned int i = 0; i < arv_get_n_devices(); ++i) {
         UsbCameraTexts texts;
         texts.strKey = Text(arv_get_device_id(i));
@@ -27,10 +27,7 @@ std::vector<uint8_t> ListUsbCameras()
         texts.strVendor = Text(arv_get_device_vendor(i));
         texts.strModel = Text(arv_get_device_model(i));
         texts.strSerial = Text(arv_get_device_serial_nbr(i));
-        const KX_CC_DEVICE_INFO info = UsbRecord(texts);
-        const size_t nEnd = records.size();
-        records.resize(nEnd + sizeof info);
-        std::memcpy(records.data() + nEnd, &info, sizeof info);
+        records.push_back(UsbRecord(texts));
     }
     return records;
 }

@@ -36,7 +36,6 @@ private slots:
     void Unpack_GoodArchive_GivesItsFirstFile();
     void Unpack_DamagedAnywhere_GivesNothingOrTheText();
     void Unpack_MoreThanTheLongestText_GivesNothing();
-    void UsbRecord_Texts_AreCleanedAndCut();
     void ListUsbCameras_NoCamera_IsEmpty();
     void ReplaceFile_Existing_IsReplacedWhole();
     void ReplaceFile_FolderIsMissing_CannotBeOpened();
@@ -71,23 +70,9 @@ void tst_HelperParts::Unpack_MoreThanTheLongestText_GivesNothing()
     QVERIFY(UnpackFirstFile(Zip(folder.filePath("a.zip"), text)).empty());
 }
 
-void tst_HelperParts::UsbRecord_Texts_AreCleanedAndCut()
-{
-    UsbCameraTexts texts;
-    texts.strModel = "a/b";
-    texts.strSerial = std::string(70, '1');
-    texts.strKey = "Maker-a/b-1";
-    const KX_CC_DEVICE_INFO info = UsbRecord(texts);
-
-    QCOMPARE(info.nTransportType, KX_CC_TRANSPORT_USB);
-    QCOMPARE(reinterpret_cast<const char *>(info.SpecialInfo.stUsbInfo.chModelName), "a_b");
-    QCOMPARE(QByteArray(reinterpret_cast<const char *>(info.SpecialInfo.stUsbInfo.chSerialNumber)),
-             QByteArray(64, '1'));
-}
-
 void tst_HelperParts::ListUsbCameras_NoCamera_IsEmpty()
 {
-    const std::vector<uint8_t> records = ListUsbCameras();
+    const std::vector<KX_CC_DEVICE_INFO> records = ListUsbCameras();
     if (!records.empty())
         QSKIP("a USB camera is connected");
     QVERIFY(records.empty());
