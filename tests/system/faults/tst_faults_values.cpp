@@ -22,7 +22,7 @@ private slots:
 private:
     QString Import(const QByteArray &fault, const QByteArray &file, FaultBatch::Outcome *pAfter);
 
-    FaultBatch m_batch{"127.50.8."};
+    FaultBatch m_batch{"127.50.10."};
 };
 
 namespace {
