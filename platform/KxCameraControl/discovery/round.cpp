@@ -131,10 +131,10 @@ bool Round::Wait(Clock::time_point until)
                 static_cast<int>(std::max<long long>(left.count(), 0))) > 0;
 }
 
-/// @return how many datagrams were there
-size_t Round::TakeAnswers()
+/// Hands over what is there already: the acknowledge, nothing for bytes that are none, the sender, and the
+/// index of the interface.
+void Round::Drain(const std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)> &take)
 {
-    size_t nTaken = 0;
     for (size_t i = 0; i < m_sockets.size(); ++i) {
         uint8_t datagram[kGvcpDatagramSize];
         uint32_t nFrom = 0;
@@ -142,13 +142,21 @@ size_t Round::TakeAnswers()
             const size_t nSize = m_sockets[i].Receive(datagram, sizeof datagram, nFrom);
             if (nSize == 0)
                 break;
-            ++nTaken;
-            const auto ack = ParseAck(datagram, nSize);
-            const auto answer = ack ? ParseDiscoveryAck(*ack) : std::nullopt;
-            if (answer && ack->nRequestId == kDiscoveryId)
-                Add(*answer, i);
+            take(ParseAck(datagram, nSize), nFrom, i);
         }
     }
+}
+
+/// @return how many datagrams were there
+size_t Round::TakeAnswers()
+{
+    size_t nTaken = 0;
+    Drain([&](const std::optional<GvcpAck> &ack, uint32_t /*sender*/, size_t nInterface) {
+        ++nTaken;
+        const auto answer = ack ? ParseDiscoveryAck(*ack) : std::nullopt;
+        if (answer && ack->nRequestId == kDiscoveryId)
+            Add(*answer, nInterface);
+    });
     return nTaken;
 }
 
@@ -202,23 +210,15 @@ void Round::AskAccess(const std::vector<bool> &answered)
 size_t Round::TakeAccess(std::vector<bool> &answered)
 {
     size_t nNew = 0;
-    for (size_t nSocket = 0; nSocket < m_sockets.size(); ++nSocket) {
-        uint8_t datagram[kGvcpDatagramSize];
-        uint32_t nFrom = 0;
-        for (int nLeft = kMostDatagrams; nLeft > 0; --nLeft) {
-            const size_t nSize = m_sockets[nSocket].Receive(datagram, sizeof datagram, nFrom);
-            if (nSize == 0)
-                break;
-            const auto ack = ParseAck(datagram, nSize);
-            const size_t i = ack && ack->nRequestId > 0 ? ack->nRequestId - 1U : m_cameras.size();
-            if (i >= m_cameras.size() || ack->nCommand != AckOf(GvcpCommand::ReadRegister) || answered[i] ||
-                m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp != nFrom)
-                continue;
-            m_cameras[i].nAccessStatus = AccessOf(*ack);
-            answered[i] = true;
-            ++nNew;
-        }
-    }
+    Drain([&](const std::optional<GvcpAck> &ack, uint32_t nFrom, size_t /*interface*/) {
+        const size_t i = ack && ack->nRequestId > 0 ? ack->nRequestId - 1U : m_cameras.size();
+        if (i >= m_cameras.size() || ack->nCommand != AckOf(GvcpCommand::ReadRegister) || answered[i] ||
+            m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp != nFrom)
+            return;
+        m_cameras[i].nAccessStatus = AccessOf(*ack);
+        answered[i] = true;
+        ++nNew;
+    });
     return nNew;
 }
 

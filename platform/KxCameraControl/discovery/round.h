@@ -3,7 +3,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "KxCameraControl/kxdeviceinfo.h"
@@ -43,6 +45,7 @@ private:
     void Ask(uint32_t nIp);
     void Broadcast();
     bool Wait(Clock::time_point until);
+    void Drain(const std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)> &take);
     size_t TakeAnswers();
     void Add(const DiscoveryAck &ack, size_t nInterface);
     void AskAccess(const std::vector<bool> &answered);
