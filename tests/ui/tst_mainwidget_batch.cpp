@@ -54,6 +54,7 @@ private:
     QString WriteFile(const QString &strName, const QByteArray &model);
     void TickAll();
     ModalHands &ChooseFile(ModalHands &hands, const QString &strPath);
+    QStringList StartsOfBothDialogs();
 
     std::unique_ptr<WindowFixture> m_pFixture;
 };
@@ -90,6 +91,21 @@ void tst_MainWidget_Batch::TickAll()
 ModalHands &tst_MainWidget_Batch::ChooseFile(ModalHands &hands, const QString &strPath)
 {
     return hands.Then("QFileDialog", [strPath](QWidget *pDialog) { ModalHands::Choose(pDialog, strPath); });
+}
+
+/// Where the dialogs of Import and then Export start; both are cancelled.
+QStringList tst_MainWidget_Batch::StartsOfBothDialogs()
+{
+    QStringList listStarts;
+    const auto note = [&](QWidget *pDialog) {
+        listStarts.append(qobject_cast<QFileDialog *>(pDialog)->directory().absolutePath());
+        ModalHands::Cancel(pDialog);
+    };
+    ModalHands hands;
+    hands.Then("QFileDialog", note).Then("QFileDialog", note);
+    m_pFixture->m_pWindow->OnBtnImport();
+    m_pFixture->m_pWindow->OnBtnExport();
+    return hands.AllDone() ? listStarts : QStringList();
 }
 
 void tst_MainWidget_Batch::Import_OneFails_CountsTextsTipAndOneMessage()
@@ -183,18 +199,8 @@ void tst_MainWidget_Batch::Import_FileChosen_IsWhereTheNextDialogStarts()
     ChooseFile(hands, strFile).Then("MessageBox", [](QWidget *pBox) { pBox->close(); });
     m_pFixture->ClickButton("ImportBtn");
     QTRY_VERIFY(hands.AllDone());
-
-    QStringList listStarts;
-    const auto note = [&](QWidget *pDialog) {
-        listStarts.append(qobject_cast<QFileDialog *>(pDialog)->directory().absolutePath());
-        ModalHands::Cancel(pDialog);
-    };
-    hands.Then("QFileDialog", note).Then("QFileDialog", note);
-    m_pFixture->m_pWindow->OnBtnImport();
-    m_pFixture->m_pWindow->OnBtnExport();
-    QVERIFY(hands.AllDone());
     const QString strExpected = QFileInfo(strFile).absolutePath();
-    QCOMPARE(listStarts, QStringList({strExpected, strExpected}));
+    QCOMPARE(StartsOfBothDialogs(), QStringList({strExpected, strExpected}));
 }
 
 void tst_MainWidget_Batch::Import_Dialog_HasItsCaptionAndFilter()
@@ -282,17 +288,7 @@ void tst_MainWidget_Batch::Export_FolderChosen_IsWhereBothDialogsStart()
     ChooseFile(hands, strFolder).Then("SaveDoneHintDlg", [](QWidget *pBox) { pBox->close(); });
     m_pFixture->ClickButton("ExportBtn");
     QTRY_VERIFY(hands.AllDone());
-
-    QStringList listStarts;
-    const auto note = [&](QWidget *pDialog) {
-        listStarts.append(qobject_cast<QFileDialog *>(pDialog)->directory().absolutePath());
-        ModalHands::Cancel(pDialog);
-    };
-    hands.Then("QFileDialog", note).Then("QFileDialog", note);
-    m_pFixture->m_pWindow->OnBtnImport();
-    m_pFixture->m_pWindow->OnBtnExport();
-    QVERIFY(hands.AllDone());
-    QCOMPARE(listStarts, QStringList({strFolder, strFolder}));
+    QCOMPARE(StartsOfBothDialogs(), QStringList({strFolder, strFolder}));
 }
 
 void tst_MainWidget_Batch::Export_CamerasOfManyRows_EachTickedOneIsOpenedOnce()
