@@ -13,6 +13,7 @@ Camera::Camera(std::shared_ptr<const CameraModel> pModel, CameraIdentity identit
     , m_pDescription(m_pModel->pDescription)
     , m_identity(std::move(identity))
     , m_nIpAddress(ipAddress)
+    , m_nPersistentIp(ipAddress)
     , m_memory(m_pModel->pRegisters)
     , m_userSets(m_memory, m_pModel->userSetFirst, m_pModel->userSetEnd)
     , m_firmware(m_pModel->nodes, *m_pModel->pFeatures, m_pModel->strict, &m_memory, &m_userSets)
@@ -24,6 +25,7 @@ void Camera::Reboot()
 {
     m_firmware.Restart();
     m_control.Release();
+    m_nIpAddress = m_nPersistentIp;
     FillBootstrap(&m_memory, m_identity, m_nIpAddress);
     PublishUrls();
 }
@@ -50,7 +52,7 @@ void Camera::ReleaseControl()
 
 void Camera::SetIpAddress(std::uint32_t ipAddress)
 {
-    m_nIpAddress = ipAddress;
+    m_nIpAddress = m_nPersistentIp = ipAddress;
     m_memory.WriteWord(Bootstrap::CURRENT_IP, ipAddress);
     m_memory.WriteWord(Bootstrap::PERSISTENT_IP, ipAddress);
 }
@@ -89,6 +91,8 @@ Bytes Camera::Handle(const Request &request, const Endpoint &from, TimePoint now
     switch (request.command) {
     case DISCOVERY_CMD:
         return Discover(request);
+    case FORCEIP_CMD:
+        return ForceIp(request);
     case READREG_CMD:
         return ReadRegisters(request, from);
     case WRITEREG_CMD:
@@ -109,6 +113,33 @@ Bytes Camera::Discover(const Request &request) const
     std::uint8_t payload[DISCOVERY_ACK_PAYLOAD];
     m_memory.Read(0, payload, sizeof payload);
     return MakeAck(STATUS_SUCCESS, DISCOVERY_CMD + 1, request.id, payload, sizeof payload);
+}
+
+Bytes Camera::ForceIp(const Request &request)
+{
+    constexpr std::size_t MAC = 2;
+    constexpr std::size_t ADDRESS = 20;
+    constexpr std::size_t MASK = 36;
+    constexpr std::size_t GATEWAY = 52;
+    // Everybody hears it; nobody else says a word.
+    if (request.size != FORCEIP_PAYLOAD || LoadBe16(request.payload + MAC) != m_identity.mac >> 32U ||
+        LoadBe32(request.payload + MAC + 2) != (m_identity.mac & 0xFFFFFFFFU))
+        return {};
+    const std::uint32_t address = LoadBe32(request.payload + ADDRESS);
+    if (address == 0)
+        return {}; // look for an address again: it is the one there is
+    Status status = STATUS_SUCCESS;
+    if (m_control.IsHeld())
+        status = STATUS_ACCESS_DENIED;
+    else if (address >> 24U != 127)
+        status = STATUS_INVALID_PARAMETER;
+    if (status == STATUS_SUCCESS) {
+        m_nIpAddress = address; // until a reboot
+        m_memory.WriteWord(Bootstrap::CURRENT_IP, address);
+        m_memory.WriteWord(Bootstrap::CURRENT_MASK, LoadBe32(request.payload + MASK));
+        m_memory.WriteWord(Bootstrap::CURRENT_GATEWAY, LoadBe32(request.payload + GATEWAY));
+    }
+    return request.AckRequired() ? MakeAck(status, FORCEIP_CMD + 1, request.id) : Bytes();
 }
 
 Bytes Camera::ReadRegisters(const Request &request, const Endpoint &from)

@@ -45,6 +45,7 @@ public:
 
 private:
     Bytes Discover(const Gvcp::Request &request) const;
+    Bytes ForceIp(const Gvcp::Request &request);
     Bytes ReadRegisters(const Gvcp::Request &request, const Endpoint &from);
     Bytes WriteRegisters(const Gvcp::Request &request, const Endpoint &from, TimePoint now);
     Bytes ReadMemory(const Gvcp::Request &request, const Endpoint &from);
@@ -67,6 +68,7 @@ private:
     std::shared_ptr<const PublishedDescription> m_pDescription;
     CameraIdentity m_identity;
     std::uint32_t m_nIpAddress;
+    std::uint32_t m_nPersistentIp; // after a reboot
     RegisterMemory m_memory;
     UserSets m_userSets;
     Firmware m_firmware;

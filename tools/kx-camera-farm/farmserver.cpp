@@ -228,8 +228,8 @@ void FarmServer::OnBroadcast(int socket)
     // What a machine on a real network asks is not for us.
     if (count <= 0 || (from.address >> 24U) != 127 ||
         Gvcp::ParseRequest(buffer, static_cast<std::size_t>(count), &request) != Gvcp::Parsed::Ok ||
-        request.command != Gvcp::DISCOVERY_CMD)
-        return; // nothing else concerns every camera
+        (request.command != Gvcp::DISCOVERY_CMD && request.command != Gvcp::FORCEIP_CMD))
+        return; // nothing else is meant for more than one camera
     for (std::size_t i = 0; i < m_listPorts.size(); ++i)
         Answer(i, buffer, static_cast<std::size_t>(count), from, DISCOVERY_SPREAD * i);
 }

@@ -15,6 +15,7 @@ constexpr std::size_t HEADER_SIZE = 8;
 constexpr std::size_t MAX_PAYLOAD = 540;           ///< 576 bytes of IP packet less all headers (15.1)
 constexpr std::size_t MAX_READMEM = 536;           ///< MAX_PAYLOAD less the address in the acknowledge
 constexpr std::size_t DISCOVERY_ACK_PAYLOAD = 248; ///< bootstrap registers 0x0000 to 0x00F7 (16.1.2)
+constexpr std::size_t FORCEIP_PAYLOAD = 56; ///< MAC and new addresses, where those registers have them (16.2)
 
 /// Command values (17, table 17-1); the acknowledge of a command has its value plus one.
 enum Command : std::uint16_t

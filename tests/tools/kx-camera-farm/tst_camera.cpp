@@ -4,6 +4,18 @@
 
 using namespace KxFarm;
 
+namespace {
+
+/// The command with mask 255.255.0.0 and gateway 127.30.0.254; MAC and IP address in hexadecimal.
+QByteArray ForceIp(const QByteArray &mac, const QByteArray &address)
+{
+    const QByteArray reserved(24, '0'); // 12 bytes
+    return "42010004 00381234 0000" + mac + reserved + address + reserved + "ffff0000" + reserved +
+           "7f1e00fe";
+}
+
+} // namespace
+
 /// Requests and acknowledges byte by byte, as GigE Vision 2.0, section 16, lays them out.
 class tst_Camera : public QObject
 {
@@ -13,6 +25,10 @@ private slots:
     void Handle_RequestBytes_AnswerBytes_data();
     void Handle_RequestBytes_AnswerBytes();
     void Handle_Discovery_HasTheBootstrapRegistersInTheirPlaces();
+    void Handle_ForceIp_OnlyTheCameraMeantMoves_data();
+    void Handle_ForceIp_OnlyTheCameraMeantMoves();
+    void Handle_ForceIpWhileControlled_IsDenied();
+    void Handle_RebootAfterForceIp_HasItsOwnAddress();
     void Handle_NoAckRequired_CarriesOutSilently();
     void Handle_WriteregFailsAtTheSecond_IndexSaysOne();
     void Handle_ReadregFailsAtTheSecond_FirstValueComes();
@@ -113,6 +129,60 @@ void tst_Camera::Handle_Discovery_HasTheBootstrapRegistersInTheirPlaces()
     QCOMPARE(ack.mid(8 + 0x68, 11), QByteArray("SimCam-150\0", 11));
     QCOMPARE(ack.mid(8 + 0xD8, 8), QByteArray("SIM0001\0", 8));
     QCOMPARE(ack.mid(8 + 0xE8, 5), QByteArray("left\0", 5));
+}
+
+void tst_Camera::Handle_ForceIp_OnlyTheCameraMeantMoves_data()
+{
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<std::uint32_t>("address");
+    const std::uint32_t before = 0x7F1E0901;
+    QTest::newRow("meant") << ForceIp("02007f1e0901", "7f1e0907") << QByteArray("0000000500001234")
+                           << std::uint32_t{0x7F1E0907};
+    QTest::newRow("another one") << ForceIp("02007f1e0902", "7f1e0907") << QByteArray() << before;
+    QTest::newRow("off loopback") << ForceIp("02007f1e0901", "0a000001") << QByteArray("8002000500001234")
+                                  << before;
+    QTest::newRow("no address") << ForceIp("02007f1e0901", "00000000") << QByteArray() << before;
+    QTest::newRow("too short") << QByteArray("42010004 00081234 0000 02007f1e0901") << QByteArray() << before;
+}
+
+void tst_Camera::Handle_ForceIp_OnlyTheCameraMeantMoves()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, answer);
+    QFETCH(std::uint32_t, address);
+    const auto pCamera = MakeBuiltinCamera();
+    PureClient client(pCamera.get());
+
+    QCOMPARE(client.Send(request), answer);
+
+    QCOMPARE(pCamera->Device().IpAddress(), address);
+    QCOMPARE(client.ReadWord(Bootstrap::CURRENT_IP), address);
+}
+
+void tst_Camera::Handle_ForceIpWhileControlled_IsDenied()
+{
+    const auto pCamera = MakeBuiltinCamera();
+    PureClient client(pCamera.get());
+    QVERIFY(client.TakeControl());
+
+    QCOMPARE(client.Send(ForceIp("02007f1e0901", "7f1e0907")), QByteArray("8006000500001234"));
+
+    QCOMPARE(pCamera->Device().IpAddress(), 0x7F1E0901U);
+}
+
+void tst_Camera::Handle_RebootAfterForceIp_HasItsOwnAddress()
+{
+    const auto pCamera = MakeBuiltinCamera();
+    PureClient client(pCamera.get());
+    client.Send(ForceIp("02007f1e0901", "7f1e0907"));
+    QCOMPARE(client.ReadWord(Bootstrap::CURRENT_MASK), 0xFFFF0000U);
+    QCOMPARE(client.ReadWord(Bootstrap::CURRENT_GATEWAY), 0x7F1E00FEU);
+
+    pCamera->Device().Reboot();
+
+    QCOMPARE(pCamera->Device().IpAddress(), 0x7F1E0901U);
+    QCOMPARE(client.ReadWord(Bootstrap::CURRENT_MASK), 0xFF000000U);
 }
 
 void tst_Camera::Handle_NoAckRequired_CarriesOutSilently()

@@ -95,6 +95,7 @@ private slots:
     void Port_Closed_SystemSaysUnreachable();
     void WrongSource_Answer_ComesFromAnotherAddress();
     void Address_Changed_OldOneIsGoneNewOneAnswers();
+    void ForceIp_Broadcast_CameraAnswersAtTheNewAddress();
     void Config_FileWithFaults_CamerasPlayThem();
     void Config_BrokenFile_OneLineAndOne();
 };
@@ -227,6 +228,23 @@ void tst_Program::Address_Changed_OldOneIsGoneNewOneAnswers()
     old.Send("127.30.35.1", "4201008000040001 00000024");
     QVERIFY(old.Receive(&from).isNull());
     QCOMPARE(errno, ECONNREFUSED);
+}
+
+void tst_Program::ForceIp_Broadcast_CameraAnswersAtTheNewAddress()
+{
+    CameraFarm farm;
+    QVERIFY2(farm.Start({"--count", "2", "--first-address", "127.30.37.1"}), qPrintable(farm.Error()));
+    UdpSocket socket;
+    std::uint32_t from = 0;
+    const QByteArray reserved(24, '0');
+
+    socket.Send("127.255.255.255", "42010004 00380001 000002007f1e2502" + reserved + "7f1e2509" + reserved +
+                                       "ff000000" + reserved + "00000000");
+
+    QCOMPARE(socket.Receive(&from).toHex(), QByteArray("0000000500000001"));
+    socket.Send("127.30.37.9", "4201008000040002 00000024");
+    QCOMPARE(socket.Receive(&from).toHex(), QByteArray("00000081000400027f1e2509"));
+    QCOMPARE(farm.Command("list"), QByteArray("ok 2 127.30.37.1/SIM0001 127.30.37.9/SIM0002"));
 }
 
 void tst_Program::Config_FileWithFaults_CamerasPlayThem()
