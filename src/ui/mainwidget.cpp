@@ -77,8 +77,10 @@ bool MainWidget::InitSlots()
             SLOT(onDeleteDevice(QTreeWidgetItem *)));
     connect(m_pDeviceTree, SIGNAL(itemSelectionChanged()), this, SLOT(OnTreeSelectesChanged()));
     connect(m_pBackBtn, SIGNAL(clicked()), this, SLOT(onBackClicked()));
+    // Queued: the slot handles events, and one of them may close and delete the window that Qt is about to
+    // make the active one when it sends this signal.
     connect(qApp, SIGNAL(applicationStateChanged(Qt::ApplicationState)), this,
-            SLOT(OnApplicationStateChange(Qt::ApplicationState)));
+            SLOT(OnApplicationStateChange(Qt::ApplicationState)), Qt::QueuedConnection);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include <QtTest>
 
+#include <functional>
+
 #include <QFont>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -24,6 +26,8 @@ private slots:
     void initTestCase() { QCoreApplication::setApplicationVersion("9.8.7"); }
     void cleanup() { SetLanguageVersion("ENG"); }
 
+    // First, because the application stays active on the offscreen platform.
+    void ApplicationState_WindowActivated_EventsAreHandledAfterIt();
     void MetaObject_Slots_StandInTheirOrder();
     void MetaObject_ParameterNames_AreRegistered();
     void Construct_Window_HasTitleSizeAndColour();
@@ -363,6 +367,41 @@ void tst_MainWidget_Construction::ApplicationState_Others_DoNothing()
         fixture.m_pWindow->OnApplicationStateChange(state);
     QVERIFY(!fixture.m_pWindow->testAttribute(Qt::WA_Mapped));
     QCOMPARE(counter.m_nEvents, 0);
+}
+
+/// Runs when it gets an event of type User.
+class Action : public QObject
+{
+public:
+    explicit Action(std::function<void()> run)
+        : m_run(std::move(run))
+    {
+    }
+    void customEvent(QEvent *) override { m_run(); }
+
+private:
+    const std::function<void()> m_run;
+};
+
+// Qt goes on with the window that became active: a dialog that is closed meanwhile must not be deleted yet.
+void tst_MainWidget_Construction::ApplicationState_WindowActivated_EventsAreHandledAfterIt()
+{
+    bool bActivated = false;
+    QVector<bool> vecHandled;
+    Action action([&] { vecHandled.append(bActivated); });
+    const QObject context;
+    connect(qApp, &QGuiApplication::applicationStateChanged, &context, [&](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            QCoreApplication::postEvent(&action, new QEvent(QEvent::User));
+    });
+    connect(qApp, &QGuiApplication::focusWindowChanged, &context, [&] { bActivated = true; });
+    QTRY_VERIFY(QGuiApplication::applicationState() !=
+                Qt::ApplicationActive); // windows of other cases are gone
+    WindowFixture fixture;
+    bActivated = false;
+    fixture.m_pWindow->show();
+    QTRY_VERIFY(!vecHandled.isEmpty());
+    QCOMPARE(vecHandled, QVector<bool>{true});
 }
 
 void tst_MainWidget_Construction::Back_Pressed_ShowsTheOperatePage()
