@@ -58,6 +58,7 @@ void WindowHands::ClickHeader(int nColumn) const
 
 void WindowHands::ClickRow(int nRow) const
 {
+    Table()->scrollToItem(Table()->item(nRow, 0));
     Click(Table()->viewport(), Table()->visualRect(Table()->model()->index(nRow, 0)).center());
 }
 
