@@ -79,6 +79,7 @@ bool MainWidget::InitSlots()
     connect(m_pBackBtn, SIGNAL(clicked()), this, SLOT(onBackClicked()));
     // Queued: the slot handles events, and one of them may close and delete the window that Qt is about to
     // make the active one when it sends this signal.
+    qRegisterMetaType<Qt::ApplicationState>("Qt::ApplicationState");
     connect(qApp, SIGNAL(applicationStateChanged(Qt::ApplicationState)), this,
             SLOT(OnApplicationStateChange(Qt::ApplicationState)), Qt::QueuedConnection);
     return true;
