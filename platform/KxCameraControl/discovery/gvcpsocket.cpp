@@ -40,7 +40,7 @@ GvcpSocket::~GvcpSocket()
         close(m_nSocket);
 }
 
-bool GvcpSocket::Open(const Interface &interface)
+bool GvcpSocket::Open(const Interface &interface, Way way)
 {
     m_interface = interface;
     m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
@@ -50,14 +50,15 @@ bool GvcpSocket::Open(const Interface &interface)
     setsockopt(m_nSocket, SOL_SOCKET, SO_BROADCAST, &nOn, sizeof nOn);
     setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
     setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUFFORCE, &kReceiveBuffer, sizeof kReceiveBuffer);
-    return Bind();
+    return Bind(way);
 }
 
-/// To the interface rather than its address, because a camera of another subnet answers by broadcast, which
-/// a socket bound to an address does not get. Old kernels want a privilege for that.
-bool GvcpSocket::Bind()
+/// A search binds to the interface rather than its address, because a camera of another subnet answers by
+/// broadcast, which a socket bound to an address does not get. Old kernels want a privilege for that.
+bool GvcpSocket::Bind(Way way)
 {
-    const bool bToDevice = setsockopt(m_nSocket, SOL_SOCKET, SO_BINDTODEVICE, m_interface.strName.c_str(),
+    const bool bToDevice = way == Way::Interface &&
+                           setsockopt(m_nSocket, SOL_SOCKET, SO_BINDTODEVICE, m_interface.strName.c_str(),
                                       static_cast<socklen_t>(m_interface.strName.size())) == 0;
     const sockaddr_in local = Address(bToDevice ? INADDR_ANY : m_interface.nAddress, 0);
     return bind(m_nSocket, reinterpret_cast<const sockaddr *>(&local), sizeof local) == 0;

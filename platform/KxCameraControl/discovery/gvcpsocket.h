@@ -12,6 +12,12 @@ namespace kxcc {
 class GvcpSocket
 {
 public:
+    enum class Way
+    {
+        Interface, ///< by this interface alone, also from and to other subnets, as a search needs it
+        Routed     ///< from the interface's address, by the system's routes, as a camera is opened
+    };
+
     GvcpSocket() = default;
     GvcpSocket(GvcpSocket &&other) noexcept;
     GvcpSocket(const GvcpSocket &) = delete;
@@ -19,7 +25,7 @@ public:
     ~GvcpSocket();
 
     /// @return false when the system gives no socket, or not this address
-    bool Open(const Interface &interface);
+    bool Open(const Interface &interface, Way way);
     int Descriptor() const { return m_nSocket; }
 
     /// @param nIp  host order, a broadcast address included
@@ -29,7 +35,7 @@ public:
     size_t Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const;
 
 private:
-    bool Bind();
+    bool Bind(Way way);
 
     Interface m_interface;
     int m_nSocket = -1;

@@ -62,10 +62,13 @@ bool Round::Open(const std::vector<Interface> &interfaces)
 {
     for (const Interface &interface : interfaces) {
         GvcpSocket socket;
-        if (!socket.Open(interface))
+        GvcpSocket routed;
+        if (!socket.Open(interface, GvcpSocket::Way::Interface) ||
+            !routed.Open(interface, GvcpSocket::Way::Routed))
             continue;
         m_interfaces.push_back(interface);
         m_sockets.push_back(std::move(socket));
+        m_routed.push_back(std::move(routed));
     }
     return !m_sockets.empty();
 }
@@ -92,7 +95,7 @@ void Round::Collect(int nTimeoutMs, size_t nExpected)
     bool bRepeated = false;
     Broadcast();
     while (Clock::now() < end) {
-        Wait(std::min({end, bRepeated ? end : repeat, quietSince + kQuiet}));
+        Wait(m_sockets, std::min({end, bRepeated ? end : repeat, quietSince + kQuiet}));
         const auto now = Clock::now();
         const bool bNew = TakeAnswers() > 0;
         const bool bQuiet = !bNew && now >= quietSince + kQuiet;
@@ -114,17 +117,18 @@ void Round::CollectFrom(uint32_t nIp, int nTimeoutMs)
         Ask(nIp);
         const auto repeat = std::min(end, Clock::now() + kRepeat);
         while (m_cameras.empty() && Clock::now() < repeat) {
-            Wait(repeat);
+            Wait(m_sockets, repeat);
             TakeAnswers();
         }
     }
 }
 
 /// @return true when a datagram is there
-bool Round::Wait(Clock::time_point until)
+bool Round::Wait(const std::vector<GvcpSocket> &sockets, Clock::time_point until)
 {
     std::vector<pollfd> descriptors;
-    for (const GvcpSocket &socket : m_sockets)
+    descriptors.reserve(sockets.size());
+    for (const GvcpSocket &socket : sockets)
         descriptors.push_back({socket.Descriptor(), POLLIN, 0});
     const auto left = std::chrono::duration_cast<milliseconds>(until - Clock::now()) + milliseconds(1);
     return poll(descriptors.data(), descriptors.size(),
@@ -133,13 +137,13 @@ bool Round::Wait(Clock::time_point until)
 
 /// Hands over what is there already: the acknowledge, nothing for bytes that are none, the sender, and the
 /// index of the interface.
-void Round::Drain(const std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)> &take)
+void Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
 {
-    for (size_t i = 0; i < m_sockets.size(); ++i) {
+    for (size_t i = 0; i < sockets.size(); ++i) {
         uint8_t datagram[kGvcpDatagramSize];
         uint32_t nFrom = 0;
         for (int nLeft = kMostDatagrams; nLeft > 0; --nLeft) {
-            const size_t nSize = m_sockets[i].Receive(datagram, sizeof datagram, nFrom);
+            const size_t nSize = sockets[i].Receive(datagram, sizeof datagram, nFrom);
             if (nSize == 0)
                 break;
             take(ParseAck(datagram, nSize), nFrom, i);
@@ -151,7 +155,7 @@ void Round::Drain(const std::function<void(const std::optional<GvcpAck> &, uint3
 size_t Round::TakeAnswers()
 {
     size_t nTaken = 0;
-    Drain([&](const std::optional<GvcpAck> &ack, uint32_t /*sender*/, size_t nInterface) {
+    Drain(m_sockets, [&](const std::optional<GvcpAck> &ack, uint32_t /*sender*/, size_t nInterface) {
         ++nTaken;
         const auto answer = ack ? ParseDiscoveryAck(*ack) : std::nullopt;
         if (answer && ack->nRequestId == kDiscoveryId)
@@ -160,26 +164,29 @@ size_t Round::TakeAnswers()
     return nTaken;
 }
 
-void Round::Add(const DiscoveryAck &ack, size_t nInterface)
+/// The interface that reaches the camera: the one it was heard on, unless the camera's subnet is that of
+/// another one. On a switch with two of our interfaces an answer may arrive at either.
+size_t Round::WayTo(uint32_t nCameraIp, size_t nHeardOn) const
 {
-    const KX_CC_DEVICE_INFO info = GigeRecord(ack, m_interfaces[nInterface]);
-    const auto seen = m_indexOf.find(info);
-    if (seen == m_indexOf.end()) {
-        if (m_cameras.size() == MOST_CAMERAS)
-            return;
-        m_indexOf.emplace(info, m_cameras.size());
-        m_cameras.push_back(info);
-        m_interfaceOf.push_back(nInterface);
-        return;
-    }
-    // Seen on two interfaces: the one in the camera's subnet reaches it.
-    size_t &nOther = m_interfaceOf[seen->second];
-    if (!m_interfaces[nOther].Contains(ack.nCurrentIp) && m_interfaces[nInterface].Contains(ack.nCurrentIp)) {
-        m_cameras[seen->second] = info;
-        nOther = nInterface;
-    }
+    if (m_interfaces[nHeardOn].Contains(nCameraIp))
+        return nHeardOn;
+    const auto same = std::find_if(m_interfaces.begin(), m_interfaces.end(),
+                                   [&](const Interface &interface) { return interface.Contains(nCameraIp); });
+    return same != m_interfaces.end() ? static_cast<size_t>(same - m_interfaces.begin()) : nHeardOn;
 }
 
+void Round::Add(const DiscoveryAck &ack, size_t nHeardOn)
+{
+    const size_t nInterface = WayTo(ack.nCurrentIp, nHeardOn);
+    const KX_CC_DEVICE_INFO info = GigeRecord(ack, m_interfaces[nInterface]);
+    if (m_cameras.size() == MOST_CAMERAS || !m_seen.insert(info).second)
+        return;
+    m_cameras.push_back(info);
+    m_interfaceOf.push_back(nInterface);
+}
+
+/// By the way that opening takes: a camera of another subnet, which the search reaches all the same, is
+/// unreachable unless there is a route to it.
 void Round::ReadAccess()
 {
     for (KX_CC_DEVICE_INFO &camera : m_cameras)
@@ -191,7 +198,7 @@ void Round::ReadAccess()
         AskAccess(answered);
         const auto repeat = std::min(end, Clock::now() + kAccessRepeat);
         while (nLeft > 0 && Clock::now() < repeat) {
-            Wait(repeat);
+            Wait(m_routed, repeat);
             nLeft -= TakeAccess(answered);
         }
     }
@@ -201,7 +208,7 @@ void Round::AskAccess(const std::vector<bool> &answered)
 {
     for (size_t i = 0; i < m_cameras.size(); ++i) {
         if (!answered[i])
-            m_sockets[m_interfaceOf[i]].Send(
+            m_routed[m_interfaceOf[i]].Send(
                 m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp,
                 BuildReadRegister(static_cast<uint16_t>(i % 0xFFFE + 1), kRegisterControlPrivilege));
     }
@@ -210,7 +217,7 @@ void Round::AskAccess(const std::vector<bool> &answered)
 size_t Round::TakeAccess(std::vector<bool> &answered)
 {
     size_t nNew = 0;
-    Drain([&](const std::optional<GvcpAck> &ack, uint32_t nFrom, size_t /*interface*/) {
+    Drain(m_routed, [&](const std::optional<GvcpAck> &ack, uint32_t nFrom, size_t /*interface*/) {
         const size_t i = ack && ack->nRequestId > 0 ? ack->nRequestId - 1U : m_cameras.size();
         if (i >= m_cameras.size() || ack->nCommand != AckOf(GvcpCommand::ReadRegister) || answered[i] ||
             m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp != nFrom)

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "KxCameraControl/kxdeviceinfo.h"
@@ -41,21 +41,24 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+    using Taker = std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)>;
 
     void Ask(uint32_t nIp);
     void Broadcast();
-    bool Wait(Clock::time_point until);
-    void Drain(const std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)> &take);
+    static bool Wait(const std::vector<GvcpSocket> &sockets, Clock::time_point until);
+    static void Drain(const std::vector<GvcpSocket> &sockets, const Taker &take);
     size_t TakeAnswers();
-    void Add(const DiscoveryAck &ack, size_t nInterface);
+    size_t WayTo(uint32_t nCameraIp, size_t nHeardOn) const;
+    void Add(const DiscoveryAck &ack, size_t nHeardOn);
     void AskAccess(const std::vector<bool> &answered);
     size_t TakeAccess(std::vector<bool> &answered);
 
     std::vector<Interface> m_interfaces;
-    std::vector<GvcpSocket> m_sockets;
+    std::vector<GvcpSocket> m_sockets; ///< by interface, for the search
+    std::vector<GvcpSocket> m_routed;  ///< by interface, for the access status
     std::vector<KX_CC_DEVICE_INFO> m_cameras;
     std::vector<size_t> m_interfaceOf; ///< by camera
-    std::map<KX_CC_DEVICE_INFO, size_t, CameraOrder> m_indexOf;
+    std::set<KX_CC_DEVICE_INFO, CameraOrder> m_seen;
 };
 
 } // namespace kxcc
