@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 
 int Session::Start()
 {
-    const StartGate::Place place(StartGate::Instance());
+    const StartGate::Place place(StartGate::Instance(), milliseconds(KX_CC_LONGEST_CALL_MS / 2));
     const int nCode = m_process.Start();
     return nCode == KX_CC_OK ? CodeOf(AwaitReady()) : nCode;
 }
@@ -24,7 +24,7 @@ int Session::Start()
 Session::Outcome Session::AwaitReady()
 {
     constexpr milliseconds kLongestStart(10000);
-    WaitClock clock(Pid(), kLongestStart, milliseconds(KX_CC_LONGEST_CALL_MS));
+    WaitClock clock(Pid(), kLongestStart, milliseconds(KX_CC_LONGEST_CALL_MS / 2));
     clock.Restart();
     Reply ready;
     const Outcome outcome = Receive(ready, clock);

@@ -12,16 +12,19 @@ StartGate &StartGate::Instance()
     return *pInstance;
 }
 
-StartGate::Place::Place(StartGate &gate)
+StartGate::Place::Place(StartGate &gate, std::chrono::milliseconds longest)
     : m_gate(gate)
 {
     std::unique_lock<std::mutex> lock(m_gate.m_mutex);
-    m_gate.m_freed.wait(lock, [this] { return m_gate.m_nFree > 0; });
-    --m_gate.m_nFree;
+    m_bHeld = m_gate.m_freed.wait_for(lock, longest, [this] { return m_gate.m_nFree > 0; });
+    if (m_bHeld)
+        --m_gate.m_nFree;
 }
 
 StartGate::Place::~Place()
 {
+    if (!m_bHeld)
+        return;
     {
         const std::lock_guard<std::mutex> lock(m_gate.m_mutex);
         ++m_gate.m_nFree;

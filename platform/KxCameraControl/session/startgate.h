@@ -1,6 +1,7 @@
 #ifndef KXCAMERACONTROL_SESSION_STARTGATE_H
 #define KXCAMERACONTROL_SESSION_STARTGATE_H
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -24,17 +25,19 @@ public:
     {
     }
 
-    /// A place, held while it lives. The constructor waits until there is one.
+    /// A place, held while it lives. The constructor waits until there is one, but goes on without after the
+    /// longest time: then starts hang for another reason, and each has a deadline of its own.
     class Place
     {
     public:
-        explicit Place(StartGate &gate);
+        Place(StartGate &gate, std::chrono::milliseconds longest);
         Place(const Place &) = delete;
         Place &operator=(const Place &) = delete;
         ~Place();
 
     private:
         StartGate &m_gate;
+        bool m_bHeld = false;
     };
 
 private:

@@ -8,23 +8,26 @@
 
 using kxcc::StartGate;
 
+const std::chrono::milliseconds LONG(60000);
+
 class tst_StartGate : public QObject
 {
     Q_OBJECT
 
 private slots:
     void Place_AllTaken_WaitsUntilOneIsFree();
+    void Place_NoneGetsFree_GoesOnWithout();
     void Place_ManyThreads_NeverMoreThanThereAre();
 };
 
 void tst_StartGate::Place_AllTaken_WaitsUntilOneIsFree()
 {
     StartGate gate(2);
-    auto first = std::make_unique<StartGate::Place>(gate);
-    const StartGate::Place second(gate);
+    auto first = std::make_unique<StartGate::Place>(gate, LONG);
+    const StartGate::Place second(gate, LONG);
     std::atomic_bool bEntered{false};
     std::thread third([&] {
-        const StartGate::Place place(gate);
+        const StartGate::Place place(gate, LONG);
         bEntered = true;
     });
     QTest::qWait(50); // long enough for a gate that stands open
@@ -33,6 +36,25 @@ void tst_StartGate::Place_AllTaken_WaitsUntilOneIsFree()
     third.join();
     QVERIFY(!bEarly);
     QVERIFY(bEntered);
+}
+
+void tst_StartGate::Place_NoneGetsFree_GoesOnWithout()
+{
+    StartGate gate(1);
+    const StartGate::Place only(gate, LONG);
+    {
+        const StartGate::Place none(gate, std::chrono::milliseconds(20));
+    }
+    // What was not taken is not given back.
+    std::atomic_bool bEntered{false};
+    std::thread other([&] {
+        const StartGate::Place place(gate, std::chrono::milliseconds(300));
+        bEntered = true;
+    });
+    QTest::qWait(50);
+    const bool bEarly = bEntered;
+    other.join();
+    QVERIFY(!bEarly);
 }
 
 void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
@@ -47,7 +69,7 @@ void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
     threads.reserve(THREADS);
     for (int i = 0; i < THREADS; ++i) {
         threads.emplace_back([&] {
-            const StartGate::Place place(gate);
+            const StartGate::Place place(gate, LONG);
             const int nNow = ++nInside;
             int nSeen = nMost;
             while (nNow > nSeen && !nMost.compare_exchange_weak(nSeen, nNow)) {

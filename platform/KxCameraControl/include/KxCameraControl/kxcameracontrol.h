@@ -34,7 +34,8 @@ KX_CC_BEGIN_DECLS
 
 /** Deadline of opening a camera and of one feature access, in milliseconds. */
 #define KX_CC_DEADLINE_MS 3000
-/** No call takes longer than this, in milliseconds, however busy the machine is. */
+/** No call takes longer than this, in milliseconds, however busy the machine is; but opening a camera may
+ * take as long again before, to start its helper process. */
 #define KX_CC_LONGEST_CALL_MS 60000
 
 /** Access modes of KX_CC_OpenDevice(). */
