@@ -4,15 +4,10 @@
 // Cameras and camera SDK are scripted, so only the window's own work counts. Offscreen.
 
 #include <QApplication>
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QLineEdit>
 #include <QStyleFactory>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cstdio>
-#include <ctime>
 
 #include <DevListMgr/lumodevicetree.h>
 #include <StyleCtl/tarncustomcheckheaderview.h>
@@ -21,84 +16,12 @@
 #include <scripteddevices.h>
 #include <ui/mainwidget.h>
 
+#include "loopwatch.h"
+#include "windowbench.h"
+
 namespace {
 
 const int ROUNDS = 20;
-
-/// Runs the event loop until the condition holds; false after a minute.
-template <typename Condition>
-bool Wait(Condition condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 60000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
-    return condition();
-}
-
-/// A stretch of time: on the clock, and of this thread's work, which other programs do not lengthen.
-struct Span
-{
-    double wallMs = 0;
-    double cpuMs = 0;
-    void Raise(const Span &other)
-    {
-        wallMs = qMax(wallMs, other.wallMs);
-        cpuMs = qMax(cpuMs, other.cpuMs);
-    }
-};
-
-class Stopwatch
-{
-public:
-    Stopwatch() { Restart(); }
-    void Restart()
-    {
-        m_wall.start();
-        m_cpuMs = CpuMs();
-    }
-    Span Elapsed() const { return {double(m_wall.nsecsElapsed()) / 1e6, CpuMs() - m_cpuMs}; }
-
-private:
-    static double CpuMs()
-    {
-        timespec time = {};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-    }
-    QElapsedTimer m_wall;
-    double m_cpuMs = 0;
-};
-
-/// Longest time between two passes of the event loop.
-class LoopWatch
-{
-public:
-    LoopWatch()
-    {
-        QObject::connect(&m_tick, &QTimer::timeout, &m_tick, [this] {
-            m_longest.Raise(m_sinceLast.Elapsed());
-            m_sinceLast.Restart();
-        });
-        m_tick.start(1);
-    }
-    void Restart()
-    {
-        m_longest = Span();
-        m_sinceLast.Restart();
-    }
-    Span Longest() const { return m_longest; }
-
-private:
-    QTimer m_tick;
-    Stopwatch m_sinceLast;
-    Span m_longest;
-};
-
-void Report(const char *pName, const Span &longest, double limitMs)
-{
-    std::printf("%-42s %8.2f %8.2f %8.0f\n", pName, longest.wallMs, longest.cpuMs, limitMs);
-}
 
 /// The longest of some runs, the painting that follows included.
 template <typename Action>
@@ -149,30 +72,12 @@ void MeasureTable(MainWidget &window)
     pTree->setCurrentItem(Group(pTree, "All Cameras"));
 }
 
-/// Puts the export of the ticked cameras through, without its file dialog.
+/// Puts the export of the ticked cameras through.
 bool MeasureBatch(MainWidget &window, int nCameras)
 {
     LoopWatch watch;
-    QTimer closer;
-    QTemporaryDir folder;
-    bool bOver = false;
-    QObject::connect(&closer, &QTimer::timeout, &closer, [&] {
-        QWidget *pModal = QApplication::activeModalWidget();
-        if (!pModal)
-            return;
-        if (QLineEdit *pEdit = pModal->findChild<QLineEdit *>("fileNameEdit")) {
-            pEdit->setText(folder.path());
-            static_cast<QDialog *>(pModal)->accept();
-            watch.Restart(); // building that dialog is no part of the batch
-        } else if (pModal->objectName() == "SaveDoneHintDlg") {
-            bOver = true;
-            pModal->close();
-        }
-    });
-    closer.start(5);
     ScriptedCameras::OpenTogether(nCameras);
-    window.OnBtnExport();
-    const bool bDone = Wait([&] { return bOver; });
+    const bool bDone = ExportTicked(window, watch, nCameras);
     char name[64];
     std::snprintf(name, sizeof name, "event loop, an export of %d cameras", nCameras);
     Report(name, watch.Longest(), 50);
