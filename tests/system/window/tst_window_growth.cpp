@@ -11,7 +11,11 @@
 namespace {
 
 const int CAMERAS = 4;
+#if defined(__SANITIZE_ADDRESS__)
+const int BATCHES = 40; // slower, and memory is not compared
+#else
 const int BATCHES = 100;
+#endif
 const int WARM_UP = 20; // what is made once for the process is there by then
 const int LOOKS = 10;
 const qint64 NOISE_KB = 1024;
