@@ -21,6 +21,7 @@
 #include <ToolBase/lumointerface.h>
 #include <app/languageversion.h>
 
+#include "helddeletes.h"
 #include "operatetype.h"
 
 namespace {
@@ -77,11 +78,8 @@ bool MainWidget::InitSlots()
             SLOT(onDeleteDevice(QTreeWidgetItem *)));
     connect(m_pDeviceTree, SIGNAL(itemSelectionChanged()), this, SLOT(OnTreeSelectesChanged()));
     connect(m_pBackBtn, SIGNAL(clicked()), this, SLOT(onBackClicked()));
-    // Queued: the slot handles events, and one of them may close and delete the window that Qt is about to
-    // make the active one when it sends this signal.
-    qRegisterMetaType<Qt::ApplicationState>("Qt::ApplicationState");
     connect(qApp, SIGNAL(applicationStateChanged(Qt::ApplicationState)), this,
-            SLOT(OnApplicationStateChange(Qt::ApplicationState)), Qt::QueuedConnection);
+            SLOT(OnApplicationStateChange(Qt::ApplicationState)));
     return true;
 }
 
@@ -167,6 +165,9 @@ void MainWidget::OnApplicationStateChange(Qt::ApplicationState state)
     // A window that was minimised by the window manager may come back without being told that it is mapped;
     // it would stay blank until the next event.
     setAttribute(Qt::WA_Mapped);
+    // Qt sends the signal in the middle of making a window the active one, and goes on with that window: a
+    // click that closes it, handled here, must not delete it yet.
+    const HeldDeletes held;
     QThread::currentThread()->eventDispatcher()->interrupt();
     QCoreApplication::processEvents();
 }

@@ -1,11 +1,11 @@
 #include <QtTest>
 
-#include <functional>
-
+#include <QDialog>
 #include <QFont>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QTranslator>
 
@@ -26,8 +26,6 @@ private slots:
     void initTestCase() { QCoreApplication::setApplicationVersion("9.8.7"); }
     void cleanup() { SetLanguageVersion("ENG"); }
 
-    // First, because the application stays active on the offscreen platform.
-    void ApplicationState_WindowActivated_EventsAreHandledAfterIt();
     void MetaObject_Slots_StandInTheirOrder();
     void MetaObject_ParameterNames_AreRegistered();
     void Construct_Window_HasTitleSizeAndColour();
@@ -45,6 +43,7 @@ private slots:
     void CustomEvent_LanguageChanged_TheNewOneIsShown();
     void CustomEvent_OtherType_IsAcceptedAndChangesNothing();
     void ApplicationState_Active_MarksTheWindowMappedAndHandlesEvents();
+    void ApplicationState_DialogClosedMeanwhile_IsDeletedAfterwards();
     void ApplicationState_Others_DoNothing();
     void Back_Pressed_ShowsTheOperatePage();
     void Close_NoBatch_Closes();
@@ -357,6 +356,25 @@ void tst_MainWidget_Construction::ApplicationState_Active_MarksTheWindowMappedAn
     }
 }
 
+// Qt goes on with the window that became active when the slot returns.
+void tst_MainWidget_Construction::ApplicationState_DialogClosedMeanwhile_IsDeletedAfterwards()
+{
+    WindowFixture fixture;
+    QPointer<QDialog> pDialog = new QDialog(fixture.m_pWindow.get());
+    pDialog->setAttribute(Qt::WA_DeleteOnClose);
+    pDialog->show();
+    const auto closeAndDelete = [&] {
+        pDialog->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    QMetaObject::invokeMethod(qApp, closeAndDelete, Qt::QueuedConnection);
+
+    emit qApp->applicationStateChanged(Qt::ApplicationActive);
+
+    QVERIFY(pDialog && !pDialog->isVisible());
+    QTRY_VERIFY(!pDialog);
+}
+
 void tst_MainWidget_Construction::ApplicationState_Others_DoNothing()
 {
     WindowFixture fixture;
@@ -367,40 +385,6 @@ void tst_MainWidget_Construction::ApplicationState_Others_DoNothing()
         fixture.m_pWindow->OnApplicationStateChange(state);
     QVERIFY(!fixture.m_pWindow->testAttribute(Qt::WA_Mapped));
     QCOMPARE(counter.m_nEvents, 0);
-}
-
-/// Runs when it gets an event of type User.
-class Action : public QObject
-{
-public:
-    explicit Action(std::function<void()> run)
-        : m_run(std::move(run))
-    {
-    }
-    void customEvent(QEvent *) override { m_run(); }
-
-private:
-    const std::function<void()> m_run;
-};
-
-// Qt goes on with the window that became active: a dialog that is closed meanwhile must not be deleted yet.
-void tst_MainWidget_Construction::ApplicationState_WindowActivated_EventsAreHandledAfterIt()
-{
-    bool bActivated = false;
-    QVector<bool> vecHandled;
-    Action action([&] { vecHandled.append(bActivated); });
-    const QObject context;
-    connect(qApp, &QGuiApplication::applicationStateChanged, &context, [&](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive)
-            QCoreApplication::postEvent(&action, new QEvent(QEvent::User));
-    });
-    connect(qApp, &QGuiApplication::focusWindowChanged, &context, [&] { bActivated = true; });
-    QVERIFY(QGuiApplication::applicationState() != Qt::ApplicationActive);
-    WindowFixture fixture; // hidden, so that nothing else marks it mapped
-    QWidget other;
-    other.show();
-    QTRY_VERIFY(fixture.m_pWindow->testAttribute(Qt::WA_Mapped));
-    QCOMPARE(vecHandled, QVector<bool>{true});
 }
 
 void tst_MainWidget_Construction::Back_Pressed_ShowsTheOperatePage()
