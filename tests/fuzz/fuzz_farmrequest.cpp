@@ -67,6 +67,8 @@ std::size_t PayloadOfSuccess(const Gvcp::Request &request)
         return request.size;
     case Gvcp::READMEM_CMD:
         return 4 + std::size_t{LoadBe16(request.payload + 6)};
+    case Gvcp::FORCEIP_CMD:
+        return 0;
     default:
         return 4; // the writes: how much was written
     }
@@ -108,9 +110,11 @@ void CheckReplies(const Bytes &datagram, const std::vector<Reply> &replies)
 {
     Gvcp::Request request;
     const Gvcp::Parsed parsed = Gvcp::ParseRequest(datagram.data(), datagram.size(), &request);
-    const bool mute = request.command == Gvcp::PACKETRESEND_CMD && parsed == Gvcp::Parsed::Ok;
-    const bool asked =
-        request.AckRequired() || (request.command == Gvcp::DISCOVERY_CMD && parsed == Gvcp::Parsed::Ok);
+    const bool good = parsed == Gvcp::Parsed::Ok;
+    // An address is given to one camera; the others that hear of it are silent.
+    const bool meant = !replies.empty() || request.command != Gvcp::FORCEIP_CMD;
+    const bool mute = good && (request.command == Gvcp::PACKETRESEND_CMD || !meant);
+    const bool asked = request.AckRequired() || (request.command == Gvcp::DISCOVERY_CMD && good);
     FUZZ_CHECK(replies.size() == (parsed != Gvcp::Parsed::Ignore && asked && !mute ? 1 : 0));
     for (const Reply &reply : replies) {
         FUZZ_CHECK(reply.delay.count() == 0 && reply.repeat.count() == 0 && !reply.foreignSource);
