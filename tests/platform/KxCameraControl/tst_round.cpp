@@ -11,6 +11,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "camerafarm.h"
 #include "discovery/round.h"
 
 using namespace kxcc;
@@ -109,10 +110,27 @@ class tst_Round : public QObject
     Q_OBJECT
 
 private slots:
+    void Collect_HundredsAnswerAtOnce_FindsThemAll();
     void Collect_CamerasInventedWithoutEnd_EndsWithABoundedList();
     void Collect_EmptyDatagramsWithoutEnd_Ends();
     void ReadAccess_AnswersWithoutEnd_Ends();
 };
+
+void tst_Round::Collect_HundredsAnswerAtOnce_FindsThemAll()
+{
+    CameraFarm farm;
+    QVERIFY2(farm.Start({"--count", "400", "--first-address", "127.66.1.1"}), qPrintable(farm.Error()));
+    Round round;
+    QVERIFY(round.Open(Loopback()));
+
+    round.Collect(1000, 400);
+    round.ReadAccess();
+
+    QCOMPARE(round.Cameras().size(), size_t{400});
+    QVERIFY(std::all_of(round.Cameras().begin(), round.Cameras().end(), [](const KX_CC_DEVICE_INFO &info) {
+        return info.nAccessStatus == KX_CC_ACCESS_FREE;
+    }));
+}
 
 void tst_Round::Collect_CamerasInventedWithoutEnd_EndsWithABoundedList()
 {
