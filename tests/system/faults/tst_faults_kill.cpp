@@ -40,7 +40,7 @@ private:
 static const int kLanes = 5;
 static const int kCameras = 6;        // per lane
 static const int kProgramRounds = 10; // of one kill per lane
-static const int kHelperRounds = 2;   // of one batch per lane
+static const int kHelperRounds = 3;   // of one batch per lane
 static const int kHelperKills = 5;    // per batch
 
 namespace {
