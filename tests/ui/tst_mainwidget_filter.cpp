@@ -1,0 +1,149 @@
+#include <QtTest>
+
+#include <ui/devicetablemodel.h>
+
+#include "scriptedcameras.h"
+#include "tabledevices.h"
+#include "windowfixture.h"
+
+using namespace DeviceTable;
+
+class tst_MainWidget_Filter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void Filter_GroupSelected_HidesTheOthers();
+    void Filter_AllCamerasSelected_ShowsEveryRow();
+    void Filter_CameraSelected_ShowsNoRow();
+    void Filter_HiddenTickedRows_AreNotCounted();
+    void Filter_PortColumn_StaysHidden();
+    void Sort_ByStatus_FreeThenUnreachableThenInUse();
+    void Sort_ByText_IsCaseSensitive();
+    void Sort_Descending_EmptyRowsStayBelow();
+    void Sort_TickedRow_KeepsItsTick();
+    void Sort_FilteredTable_ShowsTheSameCameras();
+    void Sort_AfterSorting_UpdatesFindTheirRow();
+};
+
+void tst_MainWidget_Filter::Filter_GroupSelected_HidesTheOthers()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), NetworkCamera(2, KX_CC_ACCESS_FREE, "eth1"), UsbCamera(3)});
+    fixture.ClickTree(fixture.Group("GigE Vision - eth1"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("SN0002"));
+    fixture.ClickTree(fixture.Group("USB3 Vision"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("US0003"));
+}
+
+void tst_MainWidget_Filter::Filter_AllCamerasSelected_ShowsEveryRow()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), UsbCamera(2)});
+    fixture.ClickTree(fixture.Group("USB3 Vision"));
+    fixture.ClickTree(fixture.Group("All Cameras"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0001", "US0002"}));
+}
+
+void tst_MainWidget_Filter::Filter_CameraSelected_ShowsNoRow()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), NetworkCamera(2)});
+    fixture.ClickTree(fixture.Tree()->findCameraItem(1));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList());
+}
+
+void tst_MainWidget_Filter::Filter_HiddenTickedRows_AreNotCounted()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), UsbCamera(2)});
+    fixture.ClickCheckBox(0);
+    fixture.ClickTree(fixture.Group("USB3 Vision"));
+    QCOMPARE(fixture.m_pWindow->GetCheckedNum(), 0);
+    QVERIFY(!fixture.Button("ImportBtn")->isEnabled());
+    QCOMPARE(fixture.m_pWindow->GetCameraNum(), 2);
+    fixture.ClickTree(fixture.Group("All Cameras"));
+    QCOMPARE(fixture.m_pWindow->GetCheckedNum(), 1);
+    QVERIFY(fixture.Button("ImportBtn")->isEnabled());
+}
+
+void tst_MainWidget_Filter::Filter_PortColumn_StaysHidden()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1)});
+    fixture.Table()->setColumnHidden(PortColumn, false);
+    fixture.ClickTree(fixture.Group("GigE Vision - eth0"));
+    QVERIFY(fixture.Table()->isColumnHidden(PortColumn));
+}
+
+void tst_MainWidget_Filter::Sort_ByStatus_FreeThenUnreachableThenInUse()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1, KX_CC_ACCESS_IN_USE), NetworkCamera(2, KX_CC_ACCESS_UNREACHABLE),
+                         NetworkCamera(3)});
+    fixture.ClickHeader(StateColumn);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0003", "SN0002", "SN0001"}));
+    fixture.ClickHeader(StateColumn);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0001", "SN0002", "SN0003"}));
+}
+
+void tst_MainWidget_Filter::Sort_ByText_IsCaseSensitive()
+{
+    WindowFixture fixture;
+    QVector<KX_CC_DEVICE_INFO> vecCameras;
+    for (const char *pName : {"b", "A", "a"}) {
+        vecCameras.append(NetworkCamera(vecCameras.size() + 1));
+        SetText(vecCameras.last().SpecialInfo.stGigEInfo.chUserDefinedName, 16, pName);
+    }
+    fixture.ShowCameras(vecCameras);
+    fixture.ClickHeader(UserNameColumn);
+    QCOMPARE(fixture.VisibleTexts(UserNameColumn), QStringList({"A", "a", "b"}));
+}
+
+void tst_MainWidget_Filter::Sort_Descending_EmptyRowsStayBelow()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), NetworkCamera(2)});
+    fixture.ClickHeader(SerialColumn);
+    fixture.ClickHeader(SerialColumn);
+    QCOMPARE(fixture.Text(0, SerialColumn), QString("SN0002"));
+    QCOMPARE(fixture.Text(1, SerialColumn), QString("SN0001"));
+    QVERIFY(!fixture.Table()->item(2, CheckColumn));
+    QCOMPARE(fixture.Table()->rowCount(), 10);
+}
+
+void tst_MainWidget_Filter::Sort_TickedRow_KeepsItsTick()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), NetworkCamera(2)});
+    fixture.ClickCheckBox(0);
+    fixture.ClickHeader(SerialColumn);
+    fixture.ClickHeader(SerialColumn);
+    QVERIFY(!fixture.IsChecked(0));
+    QVERIFY(fixture.IsChecked(1));
+}
+
+void tst_MainWidget_Filter::Sort_FilteredTable_ShowsTheSameCameras()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), UsbCamera(2), NetworkCamera(3)});
+    fixture.ClickTree(fixture.Group("USB3 Vision"));
+    fixture.ClickHeader(SerialColumn);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("US0002"));
+    fixture.ClickHeader(SerialColumn);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("US0002"));
+}
+
+void tst_MainWidget_Filter::Sort_AfterSorting_UpdatesFindTheirRow()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1), NetworkCamera(2)});
+    fixture.m_pWindow->onSortTableWidget(SerialColumn, false);
+    QCOMPARE(fixture.m_pWindow->rowFromDeviceID(1), 1);
+    fixture.ChangeCameras({NetworkCamera(1, KX_CC_ACCESS_IN_USE), NetworkCamera(2)});
+    QTRY_VERIFY(!fixture.Table()->cellCheckEnable(1, CheckColumn));
+    QVERIFY(fixture.Table()->cellCheckEnable(0, CheckColumn));
+}
+
+QTEST_MAIN(tst_MainWidget_Filter)
+#include "tst_mainwidget_filter.moc"
