@@ -29,6 +29,7 @@
 #include "kxdefs.h"
 #include "kxdeviceinfo.h"
 #include "kxerrors.h"
+#include "kxlog.h"
 
 KX_CC_BEGIN_DECLS
 
