@@ -1,5 +1,7 @@
 #include <QCoreApplication>
 
+#include <worker/cameralog.h>
+
 #include "startup.h"
 
 int main(int argc, char **argv)
@@ -9,5 +11,6 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(PROJECT_VERSION_TEXT));
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    FeedCameraLog(false);
     return RunTool(argc, argv);
 }

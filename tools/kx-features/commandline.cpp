@@ -5,11 +5,11 @@
 
 namespace {
 
-const char kListUsage[] = "kx-features list [--json]";
+const char kListUsage[] = "kx-features list [--json] [--verbose]";
 const char kExportUsage[] =
-    "kx-features export --to DIR (--all | --serial S ... | --model M | --address A ...) [--json]";
+    "kx-features export --to DIR (--all | --serial S ... | --model M | --address A ...) [--json] [--verbose]";
 const char kImportUsage[] =
-    "kx-features import FILE (--all | --serial S ... | --model M | --address A ...) [--json]";
+    "kx-features import FILE (--all | --serial S ... | --model M | --address A ...) [--json] [--verbose]";
 
 const int kShortestSearchMs = 1;
 const int kLongestSearchMs = 10000;
@@ -51,6 +51,7 @@ QString HelpText()
                "  --address A ...  network cameras at these IPv4 addresses, asked directly\n"
                "  --search-ms N    how long to search for cameras, %4 to %5 milliseconds (default %6)\n"
                "  --json           one JSON array on standard output instead of lines\n"
+               "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
                "\n"
                "Exit code: 0 when every camera succeeded, 1 when one failed or was not found, 2 for wrong "
                "usage or\n"
@@ -106,6 +107,7 @@ const char *UsageOf(CommandLine::Action action)
 void AddOptions(QCommandLineParser &parser, CommandLine::Action action)
 {
     parser.addOption(QCommandLineOption(QStringLiteral("json")));
+    parser.addOption(QCommandLineOption(QStringLiteral("verbose")));
     parser.addOption({QStringLiteral("search-ms"), QString(), QStringLiteral("N")});
     if (action == CommandLine::Action::List) {
         return;
@@ -179,6 +181,7 @@ CommandLine ParseAction(CommandLine::Action action, const QStringList &arguments
     CommandLine command;
     command.action = action;
     command.bJson = parser.isSet(QStringLiteral("json"));
+    command.bVerbose = parser.isSet(QStringLiteral("verbose"));
     for (const auto read : {ReadSearchTime, ReadPath, ReadChoice}) {
         const QString problem = read(parser, &command);
         if (!problem.isEmpty()) {

@@ -23,6 +23,7 @@ struct CommandLine
     QString strPath;     ///< folder of an export, file of an import
     CameraChoice choice; ///< empty only for List
     bool bJson = false;
+    bool bVerbose = false; ///< on stderr: why a camera could not be opened or was lost, and such
     int nSearchMs = 1000; ///< how long cameras are searched for, in milliseconds
 };
 

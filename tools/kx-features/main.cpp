@@ -2,6 +2,8 @@
 
 #include <ToolBase/lumointerface.h>
 
+#include <worker/cameralog.h>
+
 #include "commands.h"
 
 int main(int argc, char **argv)
@@ -12,5 +14,7 @@ int main(int argc, char **argv)
     // What the workers log goes where the window's log goes, not between the lines for the user.
     LumoInterface::initLog4qtConfig(LumoInterface::readonlyCfgPath() +
                                     QStringLiteral("/log4qt/log4qt_IEFeatures.conf"));
-    return RunCommand(ParseCommandLine(QCoreApplication::arguments().mid(1)));
+    const CommandLine command = ParseCommandLine(QCoreApplication::arguments().mid(1));
+    FeedCameraLog(command.bVerbose);
+    return RunCommand(command);
 }

@@ -15,6 +15,7 @@ private slots:
     void Parse_RepeatedAndListedValues_AreAllTaken();
     void Parse_ModelAndAddress_AreTaken();
     void Parse_JsonAndSearchTime_AreTaken();
+    void Parse_Verbose_IsTakenByEachCommand();
     void Parse_HelpAnywhere_ShowsText();
     void Parse_Version_ShowsText();
     void Parse_WrongUsage_SaysWhatAndHowInOneLine_data();
@@ -84,6 +85,14 @@ void tst_CommandLine::Parse_JsonAndSearchTime_AreTaken()
     const CommandLine command = Parse("list --json --search-ms 250");
     QVERIFY(command.bJson);
     QCOMPARE(command.nSearchMs, 250);
+}
+
+void tst_CommandLine::Parse_Verbose_IsTakenByEachCommand()
+{
+    for (const char *szCommand : {"list", "export --to d --all", "import f --all"}) {
+        QVERIFY(!Parse(szCommand).bVerbose);
+        QVERIFY(Parse(szCommand + QStringLiteral(" --verbose")).bVerbose);
+    }
 }
 
 void tst_CommandLine::Parse_HelpAnywhere_ShowsText()
