@@ -1,5 +1,7 @@
 #include "mainwidget.h"
 
+#include <QPersistentModelIndex>
+
 #include <StyleCtl/tarncustomcheckheaderview.h>
 #include <StyleCtl/tarncustomtablewidget.h>
 #include <ToolBase/lumointerface.h>
@@ -64,10 +66,12 @@ void MainWidget::onCellCheckStateChanged(int nRow, int)
         return;
     const int nChecked = GetCheckedNum();
     if (static_cast<unsigned int>(nChecked) > static_cast<unsigned int>(m_nMaxCameraNum)) {
+        // Rows may go, and change places, while the message is open.
+        const QPersistentModelIndex refused(m_pTableWidget->model()->index(nRow, CheckColumn));
         OnShowMsg(tr("Prompt"),
                   tr("Operation failed. You can operate %1 devices at most.").arg(m_nMaxCameraNum),
                   QString());
-        m_pTableWidget->setCellCheckState(nRow, CheckColumn, Qt::Unchecked, false);
+        m_pTableWidget->setCellCheckState(refused.row(), CheckColumn, Qt::Unchecked, false);
         return;
     }
     const int nEnabled = GetEnabledNum();

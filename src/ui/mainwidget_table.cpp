@@ -1,6 +1,7 @@
 #include "mainwidget.h"
 
 #include <QHeaderView>
+#include <QPersistentModelIndex>
 
 #include <DevListMgr/lumodevicetree.h>
 #include <StyleCtl/tarncustomcheckheaderview.h>
@@ -144,9 +145,11 @@ void MainWidget::onDeleteDevice(QTreeWidgetItem *pItem)
     const int nRow = rowFromDeviceID(nDeviceID);
     if (nRow < 0)
         return;
-    // Told while the row is there, so that the header and the buttons are right when it has gone.
+    // Told while the row is there, so that the header and the buttons are right when it has gone. A message
+    // may come of it, and rows may go, and change places, while it is open.
+    const QPersistentModelIndex leaving(m_pTableWidget->model()->index(nRow, CheckColumn));
     m_pTableWidget->setCellCheckState(nRow, CheckColumn, Qt::Unchecked, true);
-    m_pTableWidget->removeRow(nRow);
+    m_pTableWidget->removeRow(leaving.row());
     if (m_pTableWidget->rowCount() < MIN_ROWS)
         InsertEmptyRow(m_pTableWidget->rowCount());
     RemoveWorker(nDeviceID);

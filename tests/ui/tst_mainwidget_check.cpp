@@ -18,6 +18,9 @@ private slots:
     void Check_SomeTicked_HeaderIsNeverPartlyTicked();
     void Check_DisabledBox_CannotBeTicked();
     void Check_BeyondTheLimit_IsRefusedAndUndone();
+    void Check_RowAboveGoesDuringTheMessage_TheRefusedOneIsUndone();
+    void Check_SortedDuringTheMessage_TheRefusedOneIsUndone();
+    void Check_RefusedCameraGoesDuringTheMessage_OthersKeepTheirTicks();
     void Header_Ticked_TicksTheVisibleUpToTheLimit();
     void Header_Ticked_LeavesOutCamerasThatAreNotFree();
     void Header_Cleared_ClearsAllVisible();
@@ -25,6 +28,21 @@ private slots:
     void Header_HiddenRows_AreNotTouched();
     void Keyboard_Space_TicksTheCurrentRow();
 };
+
+namespace {
+
+/// Serial numbers of the cameras that are ticked, hidden ones included, in the table's order.
+QStringList Ticked(const WindowFixture &fixture)
+{
+    QStringList listSerials;
+    for (int nRow = 0; nRow < fixture.m_pWindow->GetCameraNum(); ++nRow) {
+        if (fixture.IsChecked(nRow))
+            listSerials.append(fixture.Text(nRow, SerialColumn));
+    }
+    return listSerials;
+}
+
+} // namespace
 
 void tst_MainWidget_Check::Check_NoneTicked_ButtonsAreDisabled()
 {
@@ -91,6 +109,54 @@ void tst_MainWidget_Check::Check_BeyondTheLimit_IsRefusedAndUndone()
     QCOMPARE(fixture.m_pWindow->GetCheckedNum(), 4);
     QCOMPARE(fixture.Header()->checkState(CheckColumn), Qt::Checked);
     QVERIFY(fixture.Button("ImportBtn")->isEnabled());
+}
+
+void tst_MainWidget_Check::Check_RowAboveGoesDuringTheMessage_TheRefusedOneIsUndone()
+{
+    WindowFixture fixture(4);
+    fixture.ShowCameras(NetworkCameras(1, 6));
+    for (int nRow = 0; nRow < 4; ++nRow)
+        fixture.ClickCheckBox(nRow);
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        fixture.ChangeCameras(NetworkCameras(2, 6));
+        pBox->close();
+    });
+    fixture.ClickCheckBox(4);
+    QVERIFY(hands.AllDone());
+    QCOMPARE(Ticked(fixture), QStringList({"SN0002", "SN0003", "SN0004"}));
+}
+
+void tst_MainWidget_Check::Check_SortedDuringTheMessage_TheRefusedOneIsUndone()
+{
+    WindowFixture fixture(2);
+    fixture.ShowCameras(NetworkCameras(1, 4));
+    fixture.ClickCheckBox(0);
+    fixture.ClickCheckBox(1);
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        fixture.m_pWindow->onSortTableWidget(SerialColumn, false);
+        pBox->close();
+    });
+    fixture.ClickCheckBox(2);
+    QVERIFY(hands.AllDone());
+    QCOMPARE(Ticked(fixture), QStringList({"SN0002", "SN0001"}));
+}
+
+void tst_MainWidget_Check::Check_RefusedCameraGoesDuringTheMessage_OthersKeepTheirTicks()
+{
+    WindowFixture fixture(2);
+    fixture.ShowCameras(NetworkCameras(1, 4));
+    fixture.ClickCheckBox(2);
+    fixture.ClickCheckBox(3);
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        fixture.ChangeCameras({NetworkCamera(1), NetworkCamera(3), NetworkCamera(4)});
+        pBox->close();
+    });
+    fixture.ClickCheckBox(1);
+    QVERIFY(hands.AllDone());
+    QCOMPARE(Ticked(fixture), QStringList({"SN0003", "SN0004"}));
 }
 
 void tst_MainWidget_Check::Header_Ticked_TicksTheVisibleUpToTheLimit()

@@ -36,6 +36,7 @@ private slots:
     void DeleteDevice_FromTen_AppendsAnEmptyRow();
     void DeleteDevice_TickedCamera_HeaderAndButtonsFollow();
     void DeleteDevice_UnknownCamera_ChangesNothing();
+    void DeleteDevice_RowAboveGoesDuringAMessage_TheRightOneGoes();
     void RowFromDeviceID_EmptyRows_EndTheSearch();
 };
 
@@ -318,6 +319,26 @@ void tst_MainWidget_Table::DeleteDevice_UnknownCamera_ChangesNothing()
     HandMadeItem made(NetworkCamera(9), 1, "eth9");
     fixture.m_pWindow->onDeleteDevice(made.pItem);
     QCOMPARE(fixture.m_pWindow->GetCameraNum(), 1);
+}
+
+// More are ticked than a batch may have, so that the removal of a camera brings up the message about it.
+void tst_MainWidget_Table::DeleteDevice_RowAboveGoesDuringAMessage_TheRightOneGoes()
+{
+    WindowFixture fixture(2);
+    fixture.ShowCameras(NetworkCameras(1, 6));
+    for (int nRow = 0; nRow < 3; ++nRow)
+        fixture.Table()->setCellCheckState(nRow, CheckColumn, Qt::Checked, false);
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        fixture.m_devices.Set({NetworkCamera(2), NetworkCamera(3), NetworkCamera(4), NetworkCamera(6)});
+        QTRY_COMPARE(fixture.m_pWindow->rowFromDeviceID(1), -1);
+        pBox->close();
+    });
+    fixture.m_devices.Set(
+        {NetworkCamera(1), NetworkCamera(2), NetworkCamera(3), NetworkCamera(4), NetworkCamera(6)});
+    QTRY_VERIFY(hands.AllDone());
+    QTRY_COMPARE(fixture.m_pWindow->GetCameraNum(), 4);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0002", "SN0003", "SN0004", "SN0006"}));
 }
 
 void tst_MainWidget_Table::RowFromDeviceID_EmptyRows_EndTheSearch()
