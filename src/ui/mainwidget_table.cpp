@@ -245,9 +245,9 @@ void MainWidget::onSortTableWidget(int nColumn, bool bAscending)
 {
     if (!m_pTableWidget)
         return;
+    // Hidden rows move with their cameras. They are not filtered anew: a ticked camera that has moved to
+    // another interface would vanish, and its tick with it, while the buttons still stand for it.
     m_pTableWidget->sortItems(nColumn, bAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
-    // A row is hidden by its place, and the cameras have changed theirs.
-    UpdateAllVisible();
 }
 
 int MainWidget::rowFromDeviceID(int nDeviceID)

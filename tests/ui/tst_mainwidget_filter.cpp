@@ -1,5 +1,7 @@
 #include <QtTest>
 
+#include <algorithm>
+
 #include <ui/devicetablemodel.h>
 
 #include "scriptedcameras.h"
@@ -24,6 +26,8 @@ private slots:
     void Sort_TickedRow_KeepsItsTick();
     void Sort_FilteredTable_ShowsTheSameCameras();
     void Sort_AfterSorting_UpdatesFindTheirRow();
+    void Sort_CameraMovedToAnotherInterface_StaysShownAndTicked();
+    void Sort_EveryOtherRowHidden_HiddenRowsMoveWithTheirCameras();
 };
 
 void tst_MainWidget_Filter::Filter_GroupSelected_HidesTheOthers()
@@ -143,6 +147,46 @@ void tst_MainWidget_Filter::Sort_AfterSorting_UpdatesFindTheirRow()
     fixture.ChangeCameras({NetworkCamera(1, KX_CC_ACCESS_IN_USE), NetworkCamera(2)});
     QTRY_VERIFY(!fixture.Table()->cellCheckEnable(1, CheckColumn));
     QVERIFY(fixture.Table()->cellCheckEnable(0, CheckColumn));
+}
+
+// Its row is shown until another group is chosen, and so is its tick.
+void tst_MainWidget_Filter::Sort_CameraMovedToAnotherInterface_StaysShownAndTicked()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    fixture.ClickTree(fixture.Group("GigE Vision - eth0"));
+    fixture.ClickCheckBox(0);
+    fixture.ChangeCameras({NetworkCamera(1, KX_CC_ACCESS_FREE, "eth1"), NetworkCamera(2)});
+    QTRY_COMPARE(fixture.Text(0, InterfaceColumn), QString("GigE Vision - eth1"));
+    fixture.ClickHeader(SerialColumn);
+    fixture.ClickHeader(SerialColumn);
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0002", "SN0001"}));
+    QVERIFY(fixture.IsChecked(1));
+    QCOMPARE(fixture.m_pWindow->GetCheckedNum(), 1);
+    QVERIFY(fixture.Button("ExportBtn")->isEnabled());
+}
+
+void tst_MainWidget_Filter::Sort_EveryOtherRowHidden_HiddenRowsMoveWithTheirCameras()
+{
+    WindowFixture fixture;
+    QVector<KX_CC_DEVICE_INFO> vecCameras;
+    QStringList listShown;
+    for (int n = 1; n <= 12; ++n) {
+        const bool bShown = n % 2 == 0;
+        vecCameras.append(NetworkCamera(n, KX_CC_ACCESS_FREE, bShown ? "eth1" : "eth0"));
+        if (bShown)
+            listShown.append(QString("SN%1").arg(n, 4, 10, QChar('0')));
+    }
+    fixture.ShowCameras(vecCameras);
+    fixture.ClickTree(fixture.Group("GigE Vision - eth1"));
+    for (bool bAscending : {false, true, true, false}) {
+        fixture.m_pWindow->onSortTableWidget(SerialColumn, bAscending);
+        QStringList listSorted = listShown;
+        if (!bAscending)
+            std::reverse(listSorted.begin(), listSorted.end());
+        QCOMPARE(fixture.VisibleTexts(SerialColumn), listSorted);
+    }
+    QCOMPARE(fixture.Table()->verticalHeader()->hiddenSectionCount(), 6);
 }
 
 QTEST_MAIN(tst_MainWidget_Filter)
