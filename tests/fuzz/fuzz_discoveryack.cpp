@@ -22,6 +22,7 @@ void CheckIdText(const std::string &strText)
     for (const char *p = strText.data(); p < pEnd; p = g_utf8_next_char(p)) {
         const gunichar nChar = g_utf8_get_char(p);
         FUZZ_CHECK(g_unichar_iscntrl(nChar) == FALSE);
+        FUZZ_CHECK(g_unichar_type(nChar) != G_UNICODE_FORMAT);
         FUZZ_CHECK(nChar != '/' && nChar != '\\' && nChar != 0x2028 && nChar != 0x2029);
     }
 }

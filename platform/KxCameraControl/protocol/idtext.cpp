@@ -1,15 +1,39 @@
 #include "protocol/idtext.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <glib.h>
 
 namespace kxcc {
 namespace {
 
-/// C0, DEL and C1 controls, and the line and paragraph separators, which break a line as a control does.
+/// Characters without a shape that are not in the category of format characters: fillers, variation
+/// selectors.
+bool IsInvisible(gunichar nChar)
+{
+    static constexpr struct
+    {
+        gunichar nFirst;
+        gunichar nLast;
+    } kRanges[] = {{0x034F, 0x034F}, {0x115F, 0x1160}, {0x17B4, 0x17B5}, {0x180B, 0x180F},
+                   {0x3164, 0x3164}, {0xFE00, 0xFE0F}, {0xFFA0, 0xFFA0}, {0xE0000, 0xE0FFF}};
+    return std::any_of(std::begin(kRanges), std::end(kRanges),
+                       [nChar](const auto &range) { return nChar >= range.nFirst && nChar <= range.nLast; });
+}
+
+/// Whatever would break a line or a path, turn the text around it, or make two different texts look alike.
 bool IsUnsafe(gunichar nChar)
 {
-    return nChar < 0x20 || (nChar >= 0x7F && nChar < 0xA0) || nChar == 0x2028 || nChar == 0x2029 ||
-           nChar == '/' || nChar == '\\';
+    switch (g_unichar_type(nChar)) {
+    case G_UNICODE_CONTROL:
+    case G_UNICODE_FORMAT: // bidirectional marks and overrides, zero-width spaces and joiners
+    case G_UNICODE_LINE_SEPARATOR:
+    case G_UNICODE_PARAGRAPH_SEPARATOR:
+        return true;
+    default:
+        return nChar == '/' || nChar == '\\' || IsInvisible(nChar);
+    }
 }
 
 } // namespace

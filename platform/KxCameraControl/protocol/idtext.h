@@ -9,7 +9,8 @@ namespace kxcc {
 /// Makes an identification text of a camera safe to show and to use in a file name.
 ///
 /// The result is valid UTF-8 of at most nWidth bytes: cut at the first NUL and before the character that
-/// does not fit, with '_' in place of each control character, '/', '\' and byte that is no UTF-8.
+/// does not fit, with '_' in place of each control character, line or paragraph separator, character that
+/// has no width or changes the direction of writing, '/', '\' and byte that is no UTF-8.
 ///
 /// @param pText  bytes as the camera sent them, nSize of them; need not end with a NUL.
 std::string CleanIdText(const void *pText, size_t nSize, size_t nWidth);

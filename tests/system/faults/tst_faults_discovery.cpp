@@ -81,6 +81,8 @@ void tst_Faults_Discovery::Export_BadName_StaysInTheFolder_data()
     row("serial holds a NUL", "serial a\\x00b", "SimCam-150_a.kfb");
     row("serial is no text", "serial \\x01\\x02\\xff\\xfe", "SimCam-150_____.kfb");
     row("serial breaks the line", "serial a\\x0ab", "SimCam-150_a_b.kfb");
+    row("serial turns the direction", "serial a\\xe2\\x80\\xaeb", "SimCam-150_a_b.kfb");
+    row("serial with a space of no width", "serial a\\xe2\\x80\\x8bb", "SimCam-150_a_b.kfb");
     row("serial is empty", "serial ", "SimCam-150_.kfb");
     row("serial without a NUL", "serial 0123456789ABCDEF", "SimCam-150_0123456789ABCDEF.kfb");
     row("model is the parent folder", "model ..", ".._SIM0002.kfb");

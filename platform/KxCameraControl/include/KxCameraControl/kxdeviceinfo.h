@@ -9,10 +9,11 @@
  * process of the same machine; it holds everything that opening the camera needs. All integers are in
  * the byte order of the host.
  *
- * Texts are UTF-8, without control characters, '/' and '\' (each replaced by '_'), cut at the first NUL
- * the camera sent and at the field's width without splitting a character. Unused bytes are zero. A text
- * may fill its field; the word of zeros behind each field ends it in that case, so every text may be read
- * as a C string as well as with its field's width.
+ * Texts are UTF-8, without control characters, line and paragraph separators, characters that have no
+ * width or change the direction of writing, '/' and '\' (each replaced by '_'), cut at the first NUL the
+ * camera sent and at the field's width without splitting a character. Unused bytes are zero. A text may
+ * fill its field; the word of zeros behind each field ends it in that case, so every text may be read as a
+ * C string as well as with its field's width.
  */
 
 #include <stdint.h>
