@@ -53,9 +53,11 @@ QString HelpText()
                "  --json           one JSON array on standard output instead of lines\n"
                "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
                "\n"
-               "Exit code: 0 when every camera succeeded, 1 when one failed or was not found, 2 for wrong "
-               "usage or\n"
-               "a file that cannot be imported, 130 when interrupted.\n")
+               "Exit code: 0 when every camera succeeded, 1 when one failed or was not found, or when "
+               "standard "
+               "output\n"
+               "could not be written, 2 for wrong usage or a file that cannot be imported, 130 when "
+               "interrupted.\n")
         .arg(QLatin1String(kListUsage), QLatin1String(kExportUsage), QLatin1String(kImportUsage))
         .arg(kShortestSearchMs)
         .arg(kLongestSearchMs)

@@ -11,21 +11,15 @@
 #include "batch.h"
 #include "camerafinder.h"
 #include "interrupt.h"
+#include "output.h"
 #include "report.h"
 
 namespace {
 
-void Print(FILE *pStream, const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), pStream);
-    fflush(pStream);
-}
-
 int ListCameras(const CommandLine &command)
 {
     const QVector<Camera> cameras = FindAllCameras(command.nSearchMs);
-    Print(stdout, command.bJson ? QString::fromUtf8(Report::ListJson(cameras)) : Report::Table(cameras));
+    Output::Print(command.bJson ? QString::fromUtf8(Report::ListJson(cameras)) : Report::Table(cameras));
     return ExitSuccess;
 }
 
@@ -61,8 +55,8 @@ public:
             return;
         }
         ClearProgress();
-        Print(stdout, Report::ResultLine(m_batch.Cameras().at(index), m_batch.Results().at(index)) +
-                          QLatin1Char('\n'));
+        Output::Print(Report::ResultLine(m_batch.Cameras().at(index), m_batch.Results().at(index)) +
+                      QLatin1Char('\n'));
         ShowProgress();
     }
 
@@ -70,12 +64,12 @@ public:
     {
         ClearProgress();
         if (m_bJson) {
-            Print(stdout,
-                  QString::fromUtf8(Report::BatchJson(m_batch.Cameras(), m_batch.Results(), m_missing)));
+            Output::Print(
+                QString::fromUtf8(Report::BatchJson(m_batch.Cameras(), m_batch.Results(), m_missing)));
             return;
         }
         for (const QString &what : m_missing) {
-            Print(stdout, Report::MissingLine(what) + QLatin1Char('\n'));
+            Output::Print(Report::MissingLine(what) + QLatin1Char('\n'));
         }
     }
 
@@ -95,15 +89,15 @@ private:
     {
         const int total = m_batch.Cameras().size();
         if (m_bTerminal && m_batch.DoneCount() < total) {
-            Print(stderr,
-                  QLatin1Char('\r') + Report::Progress(m_batch.DoneCount(), total, m_batch.FailedCount()));
+            Output::PrintError(QLatin1Char('\r') +
+                               Report::Progress(m_batch.DoneCount(), total, m_batch.FailedCount()));
         }
     }
 
     void ClearProgress() const
     {
         if (m_bTerminal) {
-            Print(stderr, QStringLiteral("\r\x1b[K")); // to the line's start, erase it
+            Output::PrintError(QStringLiteral("\r\x1b[K")); // to the line's start, erase it
         }
     }
 
@@ -126,9 +120,9 @@ int RunBatch(const CommandLine &command, Batch::Operation operation)
 {
     const FoundCameras found = FindChosenCameras(command.choice, command.nSearchMs);
     if (found.cameras.isEmpty() && found.missing.isEmpty()) {
-        Print(stderr, QStringLiteral("kx-features: no camera was found\n"));
+        Output::PrintError(QStringLiteral("kx-features: no camera was found\n"));
         if (command.bJson) {
-            Print(stdout, QString::fromUtf8(Report::ListJson({})));
+            Output::Print(QString::fromUtf8(Report::ListJson({})));
         }
         return ExitFailure;
     }
@@ -146,16 +140,14 @@ int RunBatch(const CommandLine &command, Batch::Operation operation)
     return batch.FailedCount() == 0 && found.missing.isEmpty() ? ExitSuccess : ExitFailure;
 }
 
-} // namespace
-
-int RunCommand(const CommandLine &command)
+int Run(const CommandLine &command)
 {
     switch (command.action) {
     case CommandLine::Action::ShowText:
-        Print(stdout, command.strText);
+        Output::Print(command.strText);
         return ExitSuccess;
     case CommandLine::Action::Wrong:
-        Print(stderr, command.strText + QLatin1Char('\n'));
+        Output::PrintError(command.strText + QLatin1Char('\n'));
         return ExitWrongUsage;
     case CommandLine::Action::List:
         return ListCameras(command);
@@ -164,11 +156,23 @@ int RunCommand(const CommandLine &command)
     case CommandLine::Action::Import: {
         QString why;
         if (!IsImportable(command.strPath, &why)) {
-            Print(stderr, why);
+            Output::PrintError(why);
             return ExitWrongUsage;
         }
         return RunBatch(command, Batch::Operation::Import);
     }
     }
     return ExitWrongUsage;
+}
+
+} // namespace
+
+int RunCommand(const CommandLine &command)
+{
+    const int code = Run(command);
+    if (Output::IsComplete()) {
+        return code;
+    }
+    Output::PrintError(QStringLiteral("kx-features: standard output could not be written\n"));
+    return code == ExitSuccess ? ExitFailure : code;
 }

@@ -20,13 +20,23 @@ void OnSignal(int /*number*/)
     static_cast<void>(written);
 }
 
+// A signal that the caller has ignored, as nohup does with SIGHUP and a shell with a background job's SIGINT,
+// is not for this program.
+bool IsIgnored(int number)
+{
+    struct sigaction action = {};
+    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 void SetHandlers(void (*pHandler)(int), int flags)
 {
     struct sigaction action = {};
     action.sa_handler = pHandler;
     action.sa_flags = flags;
     for (const int number : kSignals) {
-        sigaction(number, &action, nullptr);
+        if (!IsIgnored(number)) {
+            sigaction(number, &action, nullptr);
+        }
     }
 }
 

@@ -4,7 +4,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 
-/// Turns Ctrl-C (SIGINT), SIGTERM and SIGHUP into a signal of the event loop.
+/// Turns Ctrl-C (SIGINT), SIGTERM and SIGHUP into a signal of the event loop. Those that were ignored when
+/// the program was started, by nohup for example, stay ignored.
 ///
 /// One per process, in the main thread. A second Ctrl-C while the first is still being answered ends the
 /// process the hard way, as a user expects.

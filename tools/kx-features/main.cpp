@@ -2,12 +2,14 @@
 
 #include <ToolBase/lumointerface.h>
 
+#include <process/processsetup.h>
 #include <worker/cameralog.h>
 
 #include "commands.h"
 
 int main(int argc, char **argv)
 {
+    ProcessSetup::Prepare();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kx-features"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PROJECT_VERSION_TEXT));

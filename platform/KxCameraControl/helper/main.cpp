@@ -40,6 +40,7 @@ void Limit(int nResource, rlim_t nValue)
 void SetLimits()
 {
     Limit(RLIMIT_CORE, 0);
+    Limit(RLIMIT_NOFILE, 256); // the application's may be raised for hundreds of cameras
 #if !defined(__SANITIZE_ADDRESS__)
     Limit(RLIMIT_DATA, rlim_t{512} << 20); // a sanitizer reserves terabytes
 #endif
