@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "nodeevaluator.h"
-#include "simulatedcamera.h"
+#include "genicam/nodeevaluator.h"
+#include "server/simulatedcamera.h"
 
 #include "check.h"
 

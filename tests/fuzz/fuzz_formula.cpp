@@ -1,7 +1,7 @@
 // Formulas of a description that somebody gives to the simulator.
 #include <cmath>
 
-#include "formula.h"
+#include "genicam/formula.h"
 
 #include "check.h"
 

@@ -1,7 +1,7 @@
 #ifndef TESTS_EXPORTRULE_H
 #define TESTS_EXPORTRULE_H
 
-#include "nodemap.h"
+#include "genicam/nodemap.h"
 
 #include <QList>
 

@@ -1,8 +1,8 @@
 #ifndef TESTS_PURECLIENT_H
 #define TESTS_PURECLIENT_H
 
-#include "nodeevaluator.h"
-#include "simulatedcamera.h"
+#include "genicam/nodeevaluator.h"
+#include "server/simulatedcamera.h"
 
 #include <QByteArray>
 

@@ -1,7 +1,7 @@
-#include "descriptionfile.h"
-#include "farm.h"
+#include "device/descriptionfile.h"
 #include "faultfixture.h"
-#include "hostiledescription.h"
+#include "faults/hostiledescription.h"
+#include "server/farm.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "formula.h"
+#include "genicam/formula.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "gvcp.h"
+#include "wire/gvcp.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "initialvalues.h"
+#include "genicam/initialvalues.h"
 
 #include <QtTest>
 
