@@ -3,6 +3,7 @@
 #include "server/farmserver.h"
 #include "server/options.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <cstdio>
@@ -51,8 +52,8 @@ bool SetUp(const Options &options, Farm *pFarm, QString *pError)
         *pError = QStringLiteral("the addresses run out of 127.0.0.0/8");
         return false;
     }
-    if (!options.latencyUs.isEmpty())
-        pFarm->Execute("set * latency-us " + options.latencyUs.toUtf8(), TimePoint());
+    if (options.latencyUs > 0)
+        pFarm->Execute("set * latency-us " + QByteArray::number(options.latencyUs), TimePoint());
     if (options.configFile.isEmpty())
         return true;
     QByteArray config;
@@ -94,12 +95,10 @@ int Serve(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const QCoreApplication application(argc, argv);
     Options options;
     QString error;
-    if (!Options::Parse(arguments, &options, &error))
+    if (!Options::Parse(QCoreApplication::arguments(), &options, &error))
         return Fail(2, error);
     if (options.help || options.version) {
         std::fputs(options.help ? qUtf8Printable(Options::HelpText())

@@ -1,115 +1,126 @@
 #include "server/options.h"
 
+#include <QCommandLineParser>
+
 #include "faults/faultvalue.h"
 
 namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_CAMERAS = 10000;
+constexpr int kMaxCameras = 10000;
+constexpr int kMaxLatencyUs = 600000000; // ten minutes
 
-bool ParseCount(const QString &text, Options *pOptions, QString *pError)
+const char *const kCount = "count";
+const char *const kFirstAddress = "first-address";
+const char *const kDescription = "description";
+const char *const kLatency = "latency-us";
+const char *const kConfig = "config";
+const char *const kControlSocket = "control-socket";
+const char *const kHelp = "help";
+const char *const kVersion = "version";
+
+void Declare(QCommandLineParser *pParser)
 {
-    std::int64_t number = 0;
-    if (!ParseNumber(text.toUtf8(), 1, MAX_CAMERAS, &number, pError))
-        return false;
-    pOptions->count = static_cast<int>(number);
-    return true;
+    pParser->setApplicationDescription(
+        QStringLiteral("Simulates GigE Vision cameras on loopback addresses, UDP port 3956.\n"
+                       "\n"
+                       "Prints \"ready N cameras\" when they can be found, and ends on SIGTERM or SIGINT.\n"
+                       "kx-camera-farm(1) describes every key of the file and every command of the socket."));
+    const auto add = [pParser](const char *szName, const char *szMeaning, const char *szValue = "") {
+        pParser->addOption({QLatin1String(szName), QLatin1String(szMeaning), QLatin1String(szValue)});
+    };
+    add(kCount, "number of cameras (1)", "N");
+    add(kFirstAddress, "address of the first camera, 127.x.y.z; the others follow (127.0.10.1)", "ADDRESS");
+    add(kDescription, "GenICam description, .xml or .zip (a built-in one)", "FILE");
+    add(kLatency, "every answer takes N microseconds longer (0)", "N");
+    add(kConfig, "JSON file with settings and faults per camera", "FILE");
+    add(kControlSocket, "UNIX socket that takes settings and faults while the cameras run", "PATH");
+    add(kHelp, "print this text");
+    add(kVersion, "print the version");
 }
 
-bool ParseAddress(const QString &text, Options *pOptions, QString *pError)
+/// The values of a command line that the parser took; the first wrong one is told in one line.
+class Reader
 {
-    if (ParseLoopbackAddress(text, &pOptions->firstAddress))
-        return true;
-    *pError = QStringLiteral("\"%1\" is no address 127.x.y.z with z from 1 to 254").arg(text);
-    return false;
-}
-
-bool ParseLatency(const QString &text, Options *pOptions, QString *pError)
-{
-    std::int64_t number = 0;
-    pOptions->latencyUs = text;
-    return ParseNumber(text.toUtf8(), 0, 600000000, &number, pError);
-}
-
-template <QString Options::*member>
-bool ParseText(const QString &text, Options *pOptions, QString *pError)
-{
-    pOptions->*member = text;
-    if (!text.isEmpty())
-        return true;
-    *pError = QStringLiteral("its value is empty");
-    return false;
-}
-
-struct Option
-{
-    const char *name;
-    bool (*parse)(const QString &text, Options *pOptions, QString *pError);
-};
-
-constexpr Option OPTIONS[] = {{"--count", ParseCount},
-                              {"--first-address", ParseAddress},
-                              {"--description", ParseText<&Options::descriptionFile>},
-                              {"--latency-us", ParseLatency},
-                              {"--config", ParseText<&Options::configFile>},
-                              {"--control-socket", ParseText<&Options::controlSocket>}};
-
-const Option *FindOption(const QString &name)
-{
-    for (const Option &option : OPTIONS) {
-        if (name == QLatin1String(option.name))
-            return &option;
+public:
+    Reader(const QCommandLineParser &parser, QString *pError)
+        : m_parser(parser)
+        , m_pError(pError)
+    {
     }
-    return nullptr;
-}
+
+    bool Number(const char *szName, int minimum, int maximum, int *pNumber) const
+    {
+        if (!m_parser.isSet(QLatin1String(szName)))
+            return true;
+        std::int64_t number = 0;
+        QString why;
+        if (!ParseNumber(Value(szName).toUtf8(), minimum, maximum, &number, &why))
+            return Fail(szName, why);
+        *pNumber = static_cast<int>(number);
+        return true;
+    }
+
+    bool Address(const char *szName, std::uint32_t *pAddress) const
+    {
+        const QString text = Value(szName);
+        if (!m_parser.isSet(QLatin1String(szName)) || ParseLoopbackAddress(text, pAddress))
+            return true;
+        return Fail(szName, QStringLiteral("\"%1\" is no address 127.x.y.z with z from 1 to 254").arg(text));
+    }
+
+    bool Text(const char *szName, QString *pText) const
+    {
+        *pText = Value(szName);
+        return !m_parser.isSet(QLatin1String(szName)) || !pText->isEmpty() ||
+               Fail(szName, QStringLiteral("its value is empty"));
+    }
+
+private:
+    QString Value(const char *szName) const { return m_parser.value(QLatin1String(szName)); }
+
+    bool Fail(const char *szName, const QString &why) const
+    {
+        *m_pError = QStringLiteral("--%1: %2").arg(QLatin1String(szName), why);
+        return false;
+    }
+
+    const QCommandLineParser &m_parser;
+    QString *m_pError;
+};
 
 } // namespace
 
 bool Options::Parse(const QStringList &arguments, Options *pOptions, QString *pError)
 {
-    for (int i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments.at(i);
-        const int equals = argument.indexOf(QLatin1Char('='));
-        const QString name = argument.left(equals);
-        if (name == QLatin1String("--help") || name == QLatin1String("--version")) {
-            (name == QLatin1String("--help") ? pOptions->help : pOptions->version) = true;
-            continue;
-        }
-        const Option *pOption = FindOption(name);
-        if (!pOption) {
-            *pError = QStringLiteral("there is no option \"%1\"; --help lists them").arg(argument);
-            return false;
-        }
-        if (equals < 0 && i + 1 == arguments.size()) {
-            *pError = QStringLiteral("%1 needs a value").arg(name);
-            return false;
-        }
-        QString error;
-        if (!pOption->parse(equals < 0 ? arguments.at(++i) : argument.mid(equals + 1), pOptions, &error)) {
-            *pError = QStringLiteral("%1: %2").arg(name, error);
-            return false;
-        }
+    QCommandLineParser parser;
+    Declare(&parser);
+    if (!parser.parse(arguments)) {
+        *pError = parser.errorText() + QStringLiteral(" --help lists the options.");
+        return false;
     }
-    return true;
+    if (!parser.positionalArguments().isEmpty()) {
+        *pError = QStringLiteral("there is nothing to do with \"%1\"; --help lists the options")
+                      .arg(parser.positionalArguments().constFirst());
+        return false;
+    }
+    pOptions->help = parser.isSet(QLatin1String(kHelp));
+    pOptions->version = parser.isSet(QLatin1String(kVersion));
+    const Reader reader(parser, pError);
+    return reader.Number(kCount, 1, kMaxCameras, &pOptions->count) &&
+           reader.Address(kFirstAddress, &pOptions->firstAddress) &&
+           reader.Text(kDescription, &pOptions->descriptionFile) &&
+           reader.Number(kLatency, 0, kMaxLatencyUs, &pOptions->latencyUs) &&
+           reader.Text(kConfig, &pOptions->configFile) &&
+           reader.Text(kControlSocket, &pOptions->controlSocket);
 }
 
 QString Options::HelpText()
 {
-    return QStringLiteral(
-        "Usage: kx-camera-farm [OPTION VALUE]...\n"
-        "Simulates GigE Vision cameras on loopback addresses, UDP port 3956.\n"
-        "\n"
-        "  --count N                 number of cameras (1)\n"
-        "  --first-address ADDRESS   address of the first camera, 127.x.y.z; the others follow (127.0.10.1)\n"
-        "  --description FILE        GenICam description, .xml or .zip (a built-in one)\n"
-        "  --latency-us N            every answer takes N microseconds longer (0)\n"
-        "  --config FILE             JSON file with settings and faults per camera\n"
-        "  --control-socket PATH     UNIX socket that takes settings and faults while the cameras run\n"
-        "  --help, --version         print this text, the version\n"
-        "\n"
-        "Prints \"ready N cameras\" when they can be found, and ends on SIGTERM or SIGINT.\n"
-        "kx-camera-farm(1) describes every key of the file and every command of the socket.\n");
+    QCommandLineParser parser;
+    Declare(&parser);
+    return parser.helpText();
 }
 
 } // namespace KxFarm

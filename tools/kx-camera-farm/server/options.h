@@ -13,15 +13,15 @@ struct Options
     int count = 1;
     std::uint32_t firstAddress = 0x7F000A01; // 127.0.10.1
     QString descriptionFile;                 // empty: the built-in description
-    QString latencyUs;                       // empty: none
+    int latencyUs = 0;
     QString configFile;
     QString controlSocket;
     bool help = false;
     bool version = false;
 
-    /// False and one line in *pError for a wrong command line. `arguments` is without the program's name.
+    /// False and one line in *pError for a wrong command line. `arguments` begins with the program's name.
     static bool Parse(const QStringList &arguments, Options *pOptions, QString *pError);
-    static QString HelpText();
+    static QString HelpText(); ///< needs the application object
 };
 
 } // namespace KxFarm
