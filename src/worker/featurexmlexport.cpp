@@ -60,6 +60,7 @@ void AppendFeatures(void *hDevice, const QMap<QString, QDomElement> &mapFeature,
 
 void QOperateThread::FeatureXmlExport()
 {
+    m_bFileWritten = false;
     const auto names = CameraIdentity::FileNameParts(m_stDeviceInfo, CameraIdentity::Reading::FieldWidth);
     if (!OpenDevice()) {
         emit SigThreadInfo(m_stDeviceInfo.nDeviceID, tr("Failed to export features.Failed to open device."),
@@ -73,7 +74,9 @@ void QOperateThread::FeatureXmlExport()
         writer.AppendModelName(CameraIdentity::ModelNameInFile(m_stDeviceInfo));
     AppendFeatures(m_hDevice, m_mapFeatureXml, &writer);
 
-    if (!FeatureFileOutput::Write(CameraIdentity::FilePath(m_strFilePath, names), writer.Finish())) {
+    // A disk that is full is no failure here: only a file that cannot be opened is one.
+    if (!FeatureFileOutput::Write(CameraIdentity::FilePath(m_strFilePath, names), writer.Finish(),
+                                  &m_bFileWritten)) {
         emit SigThreadInfo(m_stDeviceInfo.nDeviceID, tr("Failed to export features.Failed to open File."),
                            true);
     }

@@ -47,6 +47,10 @@ public:
     /// Sets up an export of the camera's features into the directory strFilePath. Not while the thread runs.
     void SetExportThreadInfo(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, QString strFilePath);
 
+    /// Whether the last export put its whole file on the disk, which no signal tells: an export to a disk that
+    /// is full sends no failure. Not while the thread runs.
+    bool IsFileWritten() const { return m_bFileWritten; }
+
 signals:
     /// The operation starts.
     void SigBeginThread(long nDeviceID, unsigned int nThreadType);
@@ -130,6 +134,7 @@ private:
     /// Reports a failure: the log entry, then the message.
     void Fail(const char *szFunction, const QString &strLogText, const QString &strMessage);
 
+    bool m_bFileWritten = false;             // by the last export
     PointerGraph *m_pPointerGraph = nullptr; // borrowed; set while the invalidator map is being built
 };
 

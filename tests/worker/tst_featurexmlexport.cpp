@@ -1,6 +1,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 #include <KxCameraControl/kxerrors.h>
 
 #include "messagelog.h"
@@ -30,6 +33,8 @@ private slots:
     void Run_DeviceNotOpened_IsReportedAndEnds_data();
     void Run_DeviceNotOpened_IsReportedAndEnds();
     void Run_FileNotOpened_IsReportedAndEnds();
+    void Run_DiskFull_SaysNothingButKnowsIt();
+    void Run_SecondExportFails_ForgetsTheFileOfTheFirst();
     void Run_DescriptionNotParsable_WritesNoFeaturesAndSucceeds();
     void Run_DescriptionNotFetched_WritesNoFeaturesAndSucceeds();
     void Run_CommandNotNamed_WritesNoFeatures();
@@ -107,6 +112,7 @@ void tst_FeatureXmlExport::Run_Camera_WritesTheWholeFile()
                    Record("On", "Boolean", "1") + Record("TriggerMode", "Enumeration", "1") +
                    Record("Width", "Integer", "640") + Record("exposure", "Float", "10000.000000")));
     QCOMPARE(worker.Events(), Ended()); // success has no message of its own
+    QVERIFY(worker.IsFileWritten());
     QCOMPARE(log.Entries(), QStringList());
 }
 
@@ -305,6 +311,33 @@ void tst_FeatureXmlExport::Run_FileNotOpened_IsReportedAndEnds()
     QCOMPARE(ScriptedSdk::Calls().mid(3), QStringList({"KX_CC_CloseDevice()", "KX_CC_DestroyHandle()"}));
     QCOMPARE(log.Entries(), QStringList());
     QVERIFY(!worker.m_hDevice);
+}
+
+void tst_FeatureXmlExport::Run_DiskFull_SaysNothingButKnowsIt()
+{
+    // A limit on the size of files stands in for a full disk.
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before = {};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small = {50, before.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+    WorkerUnderTest worker;
+    Export(&worker, "<R/>");
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, oldHandler);
+    QCOMPARE(worker.Events(), Ended());
+    QCOMPARE(Written(), QByteArray("no file"));
+    QVERIFY(!worker.IsFileWritten());
+}
+
+void tst_FeatureXmlExport::Run_SecondExportFails_ForgetsTheFileOfTheFirst()
+{
+    WorkerUnderTest worker;
+    Export(&worker, "<R/>");
+    QVERIFY(worker.IsFileWritten());
+    ScriptedSdk::Refuse("KX_CC_OpenDevice", KX_CC_E_UNREACHABLE);
+    Export(&worker, "<R/>");
+    QVERIFY(!worker.IsFileWritten());
 }
 
 void tst_FeatureXmlExport::Run_DescriptionNotParsable_WritesNoFeaturesAndSucceeds()

@@ -2,6 +2,8 @@
 
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <random>
@@ -25,6 +27,9 @@ private slots:
     void Export_ImpossibleFolder_IsReported();
     void Export_FolderOfAnotherUser_IsReported();
     void Export_OverAReadOnlyFile_LeavesIt();
+    void Export_NameIsNoRegularFile_FailsAloneAndStays_data();
+    void Export_NameIsNoRegularFile_FailsAloneAndStays();
+    void Export_StickyFolderWithAnothersFile_WritesIt();
     void Export_FolderVanishes_IsReported();
     void Export_DiskIsFull_LeavesWhatWasThere();
     void Export_FileSizeIsLimited_LeavesWhatWasThere();
@@ -238,6 +243,62 @@ void tst_Faults_Files::Export_OverAReadOnlyFile_LeavesIt()
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.Camera(m_batch.Address(1)).value("message").toString(), QString(kOpenFile));
     QCOMPARE(ReadFile(file), QByteArray("old"));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void tst_Faults_Files::Export_NameIsNoRegularFile_FailsAloneAndStays_data()
+{
+    QTest::addColumn<unsigned int>("type");
+    QTest::addColumn<bool>("linked");
+    QTest::newRow("FIFO") << unsigned{S_IFIFO} << false;
+    QTest::newRow("socket") << unsigned{S_IFSOCK} << false;
+    QTest::newRow("device") << unsigned{S_IFCHR} << false;
+    QTest::newRow("link to a FIFO") << unsigned{S_IFIFO} << true;
+    QTest::newRow("link to a device") << unsigned{S_IFCHR} << true;
+    QTest::newRow("link to a file outside") << unsigned{S_IFREG} << true;
+}
+
+void tst_Faults_Files::Export_NameIsNoRegularFile_FailsAloneAndStays()
+{
+    QFETCH(unsigned int, type);
+    QFETCH(bool, linked);
+    const QTemporaryDir outside;
+    const QTemporaryDir folder;
+    const QString name = folder.path() + QString(kFileName).replace("SIM0001", "SIM0002");
+    const QByteArray node = QFile::encodeName(linked ? outside.filePath("node") : name);
+    // A device of its own, of the kind that takes everything; elsewhere mknod() is root's alone.
+    if (mknod(node.constData(), type | 0666U, type == S_IFCHR ? makedev(1, 3) : 0) != 0)
+        QSKIP("such a file cannot be made here");
+    if (linked)
+        QVERIFY(QFile::link(outside.filePath("node"), name));
+    QCOMPARE(m_batch.StartFarm(), QString());
+    const CompanionRun run = RunCompanion({"export", "--to", folder.path(), "--json", "--address",
+                                           m_batch.Address(1), m_batch.Address(2), m_batch.Address(3)});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.Camera(m_batch.Address(2)).value("message").toString(), QString(kOpenFile));
+    struct stat now = {};
+    QCOMPARE(lstat(node.constData(), &now), 0);
+    QCOMPARE(now.st_mode & S_IFMT, type);
+    QCOMPARE(now.st_size, off_t{0});
+    QCOMPARE(QFileInfo(name).isSymLink(), linked);
+    QCOMPARE(ReadFile(folder.path() + kFileName), m_batch.Reference());
+    QCOMPARE(ReadFile(folder.path() + QString(kFileName).replace("SIM0001", "SIM0003")), m_batch.Reference());
+}
+
+void tst_Faults_Files::Export_StickyFolderWithAnothersFile_WritesIt()
+{
+    if (geteuid() != 0 || !Unprivileged().isEmpty())
+        QSKIP("the program cannot be run as another user here");
+    QCOMPARE(m_batch.StartFarm(), QString());
+    const QTemporaryDir folder;
+    const QString file = folder.path() + kFileName;
+    QVERIFY(WriteFile(file, "old"));
+    QCOMPARE(chmod(QFile::encodeName(file).constData(), 0666), 0);
+    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 01777), 0);
+    const CompanionRun run =
+        RunAsNobody({"export", "--to", folder.path(), "--json", "--address", m_batch.Address(1)});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(ReadFile(file), m_batch.Reference());
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
