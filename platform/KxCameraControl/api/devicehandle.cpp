@@ -4,6 +4,7 @@
 
 #include "KxCameraControl/kxcameracontrol.h"
 #include "api/opencameras.h"
+#include "log/log.h"
 
 namespace kxcc {
 namespace {
@@ -38,6 +39,7 @@ int DeviceHandle::Open()
     } else {
         m_session.End(kCloseMs);
         OpenCameras::Instance().Closed(m_info);
+        LogFailure("not opened", nCode);
     }
     return nCode;
 }
@@ -64,8 +66,15 @@ int DeviceHandle::Call(Request &request, Reply &reply, bool bReportsProgress)
     if (LosesHandle(nCode)) {
         m_session.End(0);
         m_state = State::Lost;
+        LogFailure("lost", nCode);
     }
     return nCode;
+}
+
+void DeviceHandle::LogFailure(const char *szWhat, int nCode) const
+{
+    Log(KX_CC_LOG_WARNING, m_strName,
+        std::string(szWhat) + ": " + KX_CC_ErrorText(nCode) + " (" + std::to_string(nCode) + ")");
 }
 
 } // namespace kxcc

@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "KxCameraControl/kxdeviceinfo.h"
+#include "api/cameraname.h"
 #include "session/session.h"
 
 namespace kxcc {
@@ -16,6 +17,8 @@ class DeviceHandle
 public:
     explicit DeviceHandle(const KX_CC_DEVICE_INFO &info)
         : m_info(info)
+        , m_strName(CameraName(info))
+        , m_session(m_strName)
     {
     }
     DeviceHandle(const DeviceHandle &) = delete;
@@ -31,6 +34,8 @@ public:
     int Call(Request &request, Reply &reply, bool bReportsProgress = false);
 
 private:
+    void LogFailure(const char *szWhat, int nCode) const;
+
     enum class State
     {
         Closed,
@@ -40,6 +45,7 @@ private:
 
     std::mutex m_mutex;
     const KX_CC_DEVICE_INFO m_info;
+    const std::string m_strName; ///< in the log
     State m_state = State::Closed;
     Session m_session;
 };

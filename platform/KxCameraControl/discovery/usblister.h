@@ -16,7 +16,7 @@ public:
     std::vector<KX_CC_DEVICE_INFO> List();
 
 private:
-    Session m_session;
+    Session m_session{"USB"};
 };
 
 } // namespace kxcc

@@ -13,7 +13,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <glib.h>
+
 #include "KxCameraControl/kxerrors.h"
+#include "log/log.h"
 
 namespace kxcc {
 namespace {
@@ -26,11 +29,13 @@ constexpr int kChildSocket = 3;
 class SpawnPlan
 {
 public:
-    explicit SpawnPlan(int nSocket)
+    /// Both descriptors are above those that the helper gets.
+    SpawnPlan(int nSocket, int nErrorOutput)
     {
         posix_spawn_file_actions_init(&m_actions);
         posix_spawn_file_actions_addopen(&m_actions, 0, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addopen(&m_actions, 1, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_adddup2(&m_actions, nErrorOutput, 2);
         posix_spawn_file_actions_adddup2(&m_actions, nSocket, kChildSocket);
         posix_spawn_file_actions_addclosefrom_np(&m_actions, kChildSocket + 1);
         posix_spawnattr_init(&m_attributes);
@@ -63,6 +68,40 @@ private:
     posix_spawn_file_actions_t m_actions{};
     posix_spawnattr_t m_attributes{};
 };
+
+/// A descriptor that is closed in the end.
+struct Descriptor
+{
+    Descriptor() = default;
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    ~Descriptor()
+    {
+        if (n >= 0)
+            close(n);
+    }
+
+    /// In an application without standard streams it may be one of the numbers that the helper gets.
+    bool MoveUp()
+    {
+        const int nBefore = n;
+        n = fcntl(nBefore, F_DUPFD_CLOEXEC, kChildSocket + 1);
+        close(nBefore);
+        return n >= 0;
+    }
+
+    int n = -1;
+};
+
+bool MakeSocket(Descriptor &ours, Descriptor &helpers)
+{
+    int sockets[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0)
+        return false;
+    ours.n = sockets[0];
+    helpers.n = sockets[1];
+    return true;
+}
 
 /// Waits until the helper has closed its end, throwing away what it still sends.
 bool WaitForHangUp(int nSocket, int nWaitMs)
@@ -102,19 +141,23 @@ std::string HelperProgram()
 
 int HelperProcess::Start()
 {
-    int sockets[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0)
+    Descriptor ours;
+    Descriptor helpers;
+    Descriptor errorOutput;
+    if (!MakeSocket(ours, helpers) || !m_output.Open(errorOutput.n) || !helpers.MoveUp() ||
+        !errorOutput.MoveUp())
         return KX_CC_E_RESOURCE;
     pid_t nPid = -1;
-    const int nError = SpawnPlan(sockets[1]).Spawn(&nPid, HelperProgram());
-    close(sockets[1]);
+    const std::string strProgram = HelperProgram();
+    const int nError = SpawnPlan(helpers.n, errorOutput.n).Spawn(&nPid, strProgram);
     if (nError != 0) {
-        close(sockets[0]);
+        Log(KX_CC_LOG_ERROR, m_strCamera, strProgram + " cannot be started: " + g_strerror(nError));
         const bool bNoRoom = nError == EAGAIN || nError == ENOMEM || nError == EMFILE || nError == ENFILE;
         return bNoRoom ? KX_CC_E_RESOURCE : KX_CC_E_SESSION;
     }
     m_nPid = nPid;
-    m_nSocket = sockets[0];
+    m_nSocket = std::exchange(ours.n, -1);
+    m_bKilled = false;
     return KX_CC_OK;
 }
 
@@ -124,14 +167,16 @@ void HelperProcess::End(int nWaitMs)
         return;
     shutdown(m_nSocket, SHUT_WR);
     if (!WaitForHangUp(m_nSocket, nWaitMs))
-        kill(m_nPid, SIGKILL);
-    Reap();
+        Kill();
+    else
+        Reap();
 }
 
 void HelperProcess::Kill()
 {
     if (!IsRunning())
         return;
+    m_bKilled = true;
     kill(m_nPid, SIGKILL);
     Reap();
 }
@@ -140,17 +185,32 @@ void HelperProcess::Reap()
 {
     // A helper that closed its socket but does not exit would be waited for without end.
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+    int nStatus = 0;
     pid_t nDone = 0;
-    while ((nDone = waitpid(m_nPid, nullptr, WNOHANG)) == 0 && std::chrono::steady_clock::now() < end)
+    while ((nDone = waitpid(m_nPid, &nStatus, WNOHANG)) == 0 && std::chrono::steady_clock::now() < end)
         usleep(200);
     if (nDone == 0) {
+        m_bKilled = true;
         kill(m_nPid, SIGKILL);
-        while (waitpid(m_nPid, nullptr, 0) < 0 && errno == EINTR) {
+        while (waitpid(m_nPid, &nStatus, 0) < 0 && errno == EINTR) {
         }
     }
+    m_output.End(m_strCamera);
+    LogEnd(nStatus);
     close(m_nSocket);
     m_nSocket = -1;
     m_nPid = -1;
+}
+
+void HelperProcess::LogEnd(int nStatus) const
+{
+    const bool bByUs = m_bKilled && WTERMSIG(nStatus) == SIGKILL;
+    if (WIFSIGNALED(nStatus) && !bByUs)
+        Log(KX_CC_LOG_WARNING, m_strCamera,
+            std::string("helper process was ended by: ") + g_strsignal(WTERMSIG(nStatus)));
+    if (WIFEXITED(nStatus) && WEXITSTATUS(nStatus) != 0)
+        Log(KX_CC_LOG_WARNING, m_strCamera,
+            "helper process ended with exit code " + std::to_string(WEXITSTATUS(nStatus)));
 }
 
 } // namespace kxcc

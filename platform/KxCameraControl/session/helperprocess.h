@@ -2,8 +2,11 @@
 #define KXCAMERACONTROL_SESSION_HELPERPROCESS_H
 
 #include <string>
+#include <utility>
 
 #include <sys/types.h>
+
+#include "session/helperoutput.h"
 
 namespace kxcc {
 
@@ -17,7 +20,11 @@ std::string HelperProgram();
 class HelperProcess
 {
 public:
-    HelperProcess() = default;
+    /// @param strCamera  whom its messages in the log are about
+    explicit HelperProcess(std::string strCamera)
+        : m_strCamera(std::move(strCamera))
+    {
+    }
     HelperProcess(const HelperProcess &) = delete;
     HelperProcess &operator=(const HelperProcess &) = delete;
     ~HelperProcess() { Kill(); }
@@ -30,6 +37,11 @@ public:
     pid_t Pid() const { return m_nPid; }
     int Socket() const { return m_nSocket; }
 
+    /// To be polled together with the socket: what the helper writes to its standard error; -1 for nothing.
+    int ErrorOutput() const { return m_output.Descriptor(); }
+    /// Hands what is there to the log.
+    void ReadErrorOutput() { m_output.Read(m_strCamera); }
+
     /// Tells the helper that nothing more comes, waits up to nWaitMs for its end, then kills it.
     void End(int nWaitMs);
     /// Ends it at once.
@@ -37,7 +49,11 @@ public:
 
 private:
     void Reap();
+    void LogEnd(int nStatus) const;
 
+    const std::string m_strCamera;
+    HelperOutput m_output;
+    bool m_bKilled = false; ///< by us
     pid_t m_nPid = -1;
     int m_nSocket = -1;
 };

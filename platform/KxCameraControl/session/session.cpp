@@ -124,10 +124,14 @@ Session::Outcome Session::ReadExactly(void *pBuffer, size_t nSize, WaitClock &cl
 Session::Outcome Session::WaitFor(short nEvents, WaitClock &clock)
 {
     for (bool bExpired = false;;) {
-        pollfd descriptor{m_process.Socket(), nEvents, 0};
-        const int nReady = poll(&descriptor, 1, bExpired ? 0 : static_cast<int>(clock.NextLook().count()));
-        if (nReady > 0)
+        pollfd descriptors[] = {{m_process.Socket(), nEvents, 0}, {m_process.ErrorOutput(), POLLIN, 0}};
+        const int nReady = poll(descriptors, 2, bExpired ? 0 : static_cast<int>(clock.NextLook().count()));
+        if (nReady > 0 && descriptors[1].revents != 0)
+            m_process.ReadErrorOutput(); // of a bounded number of lines: it does not keep us from the clock
+        if (nReady > 0 && descriptors[0].revents != 0)
             return Outcome::Done;
+        if (nReady > 0)
+            continue;
         if (nReady < 0 && errno != EINTR)
             return Outcome::Ended;
         if (nReady == 0 && bExpired)

@@ -15,6 +15,12 @@ class WaitClock;
 class Session
 {
 public:
+    /// @param strCamera  whom the messages in the log are about
+    explicit Session(std::string strCamera)
+        : m_process(std::move(strCamera))
+    {
+    }
+
     /// Starts the helper and waits until it can take requests. A few start at a time, see StartGate.
     /// @return as HelperProcess::Start(), or KX_CC_E_TIMEOUT, or KX_CC_E_SESSION_ENDED
     int Start();

@@ -1,0 +1,31 @@
+# The library's dynamic symbols are the functions of its headers: all of them, and nothing else.
+execute_process(COMMAND ${NM} --dynamic --defined-only --format=posix ${LIBRARY}
+    OUTPUT_VARIABLE table COMMAND_ERROR_IS_FATAL ANY
+)
+string(REGEX MATCHALL "[^\n]+" lines "${table}")
+set(exported)
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE " .*" "" name "${line}")
+    list(APPEND exported ${name})
+endforeach()
+
+file(GLOB headers ${HEADERS}/*.h)
+set(declared)
+foreach(header IN LISTS headers)
+    file(READ ${header} text)
+    string(REGEX MATCHALL "\nKX_CC_API [a-z][^(;_]*[ *][A-Za-z_]+\\(" heads "${text}")
+    foreach(head IN LISTS heads)
+        string(REGEX REPLACE "^.*[ *]([A-Za-z_]+)\\($" "\\1" name "${head}")
+        list(APPEND declared ${name})
+    endforeach()
+endforeach()
+
+list(SORT exported)
+list(SORT declared)
+list(LENGTH declared count)
+if(count LESS 20)
+    message(FATAL_ERROR "The headers were not understood: ${declared}")
+endif()
+if(NOT exported STREQUAL declared)
+    message(FATAL_ERROR "Exported: ${exported}\nDeclared: ${declared}")
+endif()

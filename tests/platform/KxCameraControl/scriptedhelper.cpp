@@ -1,0 +1,110 @@
+/// A helper program that keeps to the protocol of sessions but for what KX_SCRIPT tells it:
+///
+///  wrong-serial       replies to every feature under the serial number of another request
+///  noisy              writes some megabytes to its standard error before each reply
+///  last-words         says why, and ends with an abort, when a feature is asked for
+///  exit-code          ends with exit code 7 when a feature is asked for
+///  slow MS            takes that long for each feature
+///  progress MS COUNT  tells of progress so often, at that distance, before each reply to a save
+///
+/// An opening always succeeds, and a feature's value is 42.
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "protocol/frame.h"
+
+using namespace kxcc;
+
+namespace {
+
+constexpr int kSocket = 3;
+
+struct Script
+{
+    char szWhat[32] = "";
+    unsigned int nMs = 0;
+    unsigned int nCount = 0;
+
+    bool Is(const char *szName) const { return std::strcmp(szWhat, szName) == 0; }
+};
+
+Script ReadScript()
+{
+    Script script;
+    const char *szScript = getenv("KX_SCRIPT");
+    if (szScript != nullptr)
+        sscanf(szScript, "%31s %u %u", script.szWhat, &script.nMs, &script.nCount);
+    return script;
+}
+
+void Receive(void *pBuffer, size_t nSize)
+{
+    if (nSize > 0 && recv(kSocket, pBuffer, nSize, MSG_WAITALL) != static_cast<ssize_t>(nSize))
+        _exit(0);
+}
+
+Request ReceiveRequest()
+{
+    std::array<uint8_t, kFrameHeadSize> bytes{};
+    Receive(bytes.data(), bytes.size());
+    const FrameHead head = DecodeHead(bytes).value();
+    std::vector<uint8_t> body(head.nBody);
+    Receive(body.data(), body.size());
+    std::vector<uint8_t> blob(head.nBlob);
+    Receive(blob.data(), blob.size());
+    return DecodeRequest(body).value();
+}
+
+void Send(uint32_t nSerial, bool bProgress)
+{
+    Reply reply;
+    reply.nSerial = nSerial;
+    reply.bProgress = bProgress;
+    reply.nNumber = 42;
+    const std::vector<uint8_t> bytes = EncodeReply(reply);
+    if (send(kSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
+        _exit(0);
+}
+
+void Play(const Script &script, const Request &request)
+{
+    if (script.Is("noisy")) {
+        const std::string strLine(99, 'n');
+        for (int i = 0; i < 30000; ++i)
+            fprintf(stderr, "%s\n", strLine.c_str());
+    }
+    if (script.Is("last-words")) {
+        fprintf(stderr, "so it ends");
+        abort();
+    }
+    if (script.Is("exit-code"))
+        _exit(7);
+    if (script.Is("slow"))
+        usleep(script.nMs * 1000);
+    for (unsigned int i = 0; script.Is("progress") && i < script.nCount; ++i) {
+        usleep(script.nMs * 1000);
+        Send(request.nSerial, true);
+    }
+}
+
+} // namespace
+
+int main()
+{
+    const Script script = ReadScript();
+    Send(kReadySerial, false);
+    for (;;) {
+        const Request request = ReceiveRequest();
+        if (request.operation != Operation::Open)
+            Play(script, request);
+        const bool bWrong = script.Is("wrong-serial") && request.operation != Operation::Open;
+        Send(request.nSerial + (bWrong ? 1 : 0), false);
+    }
+}
