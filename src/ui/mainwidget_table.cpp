@@ -187,8 +187,8 @@ void MainWidget::UpdateAccessState(int nRow, unsigned int nAccessStatus)
     QTableWidgetItem *pItem = m_pTableWidget->item(nRow, StateColumn);
     if (!pItem)
         return;
-    // The icon alone: the state's word would not fit into the column in every language. It is still
-    // translated, so that the translations stay complete.
+    // The state's word is made with the row's other texts, and on purpose shown nowhere: the column has room
+    // for the icon alone, whatever the language.
     const QString strState = AccessStateText(nState);
     Q_UNUSED(strState)
     pItem->setData(Qt::DecorationRole, QIcon(AccessIconPath(nState)));

@@ -33,7 +33,6 @@ private slots:
     void Construct_Counts_ReadZeroInTheirColours();
     void Construct_Pages_OperatePageIsShown();
     void Construct_Layout_HasItsMarginsAndOrder();
-    void Construct_Tree_IsSetUpForTheTool();
     void Construct_OperateTexts_AreEmpty();
     void Translate_Chinese_EveryTextChanges();
     void Translate_NoOperation_OperateTextsStay();
@@ -223,17 +222,6 @@ void tst_MainWidget_Construction::Construct_Layout_HasItsMarginsAndOrder()
         QCOMPARE(pLine->maximumSize(), QSize(1, 20));
         QCOMPARE(pLine->cBackgroundColor(), QColor("#BFBFBF"));
     }
-}
-
-void tst_MainWidget_Construction::Construct_Tree_IsSetUpForTheTool()
-{
-    WindowFixture fixture;
-    QVERIFY(fixture.Tree());
-    QCOMPARE(fixture.Tree()->minimumWidth(), 186);
-    QCOMPARE(fixture.Tree()->maximumWidth(), 186);
-    QVERIFY(!fixture.Tree()->itemsExpandable());
-    QCOMPARE(fixture.Tree()->currentItem()->data(0, Qt::UserRole + 1).toInt(), 11);
-    QTRY_COMPARE(fixture.m_devices.Transports(), 5u);
 }
 
 void tst_MainWidget_Construction::Construct_OperateTexts_AreEmpty()

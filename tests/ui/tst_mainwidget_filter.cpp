@@ -20,6 +20,10 @@ private slots:
     void Filter_CameraSelected_ShowsNoRow();
     void Filter_HiddenTickedRows_AreNotCounted();
     void Filter_PortColumn_StaysHidden();
+    void Filter_TicksOfTwoGroupsBeyondTheLimit_TheFirstRowIsCleared();
+    void Filter_FirstRowHidden_ItIsClearedBeyondTheLimitAllTheSame();
+    void Filter_CameraUnknownToTheTree_StaysAsItIs();
+    void Filter_CameraMovedToAnotherInterface_StaysShownUntilTheNextChoice();
     void Sort_ByStatus_FreeThenUnreachableThenInUse();
     void Sort_ByText_IsCaseSensitive();
     void Sort_Descending_EmptyRowsStayBelow();
@@ -78,6 +82,75 @@ void tst_MainWidget_Filter::Filter_PortColumn_StaysHidden()
     fixture.Table()->setColumnHidden(PortColumn, false);
     fixture.ClickTree(fixture.Group("GigE Vision - eth0"));
     QVERIFY(fixture.Table()->isColumnHidden(PortColumn));
+}
+
+// Which of them was the last one nobody knows: it is always the first row that gives way.
+void tst_MainWidget_Filter::Filter_TicksOfTwoGroupsBeyondTheLimit_TheFirstRowIsCleared()
+{
+    WindowFixture fixture(2);
+    fixture.ShowCameras(NetworkCameras(1, 3) + NetworkCameras(4, 6, "eth1"));
+    fixture.ClickTree(fixture.Group("GigE Vision - eth0"));
+    fixture.ClickHeader(CheckColumn);
+    fixture.ClickTree(fixture.Group("GigE Vision - eth1"));
+    fixture.ClickHeader(CheckColumn);
+    fixture.Header()->setCheckState(CheckColumn, Qt::Unchecked, false);
+    fixture.Button("ExportBtn")->setEnabled(false);
+    QString strContent;
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        strContent = pBox->findChild<QLabel *>("MessageContent")->text();
+        pBox->close();
+    });
+    fixture.ClickTree(fixture.Group("All Cameras"));
+    QVERIFY(hands.AllDone());
+    QCOMPARE(strContent, QString("Operation failed. You can operate 2 devices at most."));
+    QVERIFY(!fixture.IsChecked(0) && fixture.IsChecked(1) && fixture.IsChecked(3) && fixture.IsChecked(4));
+    QCOMPARE(fixture.m_pWindow->GetCheckedNum(), 3);
+    QCOMPARE(fixture.Header()->checkState(CheckColumn), Qt::Unchecked); // left as it was
+    QVERIFY(!fixture.Button("ExportBtn")->isEnabled());
+}
+
+void tst_MainWidget_Filter::Filter_FirstRowHidden_ItIsClearedBeyondTheLimitAllTheSame()
+{
+    WindowFixture fixture(1);
+    fixture.ShowCameras({NetworkCamera(1), UsbCamera(2), UsbCamera(3)});
+    for (int nRow = 0; nRow < 3; ++nRow)
+        fixture.Table()->setCellCheckState(nRow, CheckColumn, Qt::Checked, false);
+    ModalHands hands;
+    hands.Then("MessageBox", [](QWidget *pBox) { pBox->close(); });
+    fixture.ClickTree(fixture.Group("USB3 Vision"));
+    QVERIFY(hands.AllDone());
+    QVERIFY(!fixture.IsChecked(0) && fixture.IsChecked(1) && fixture.IsChecked(2));
+}
+
+void tst_MainWidget_Filter::Filter_CameraUnknownToTheTree_StaysAsItIs()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    HandMadeItem shown(NetworkCamera(8), 1, "eth8", 78);
+    HandMadeItem hidden(NetworkCamera(9), 1, "eth9", 79);
+    fixture.m_pWindow->onNewDevice(shown.pItem);
+    fixture.m_pWindow->onNewDevice(hidden.pItem);
+    QVERIFY(fixture.Table()->isRowHidden(2)); // as every new row, until its camera is found in the tree
+    fixture.Table()->setRowHidden(2, false);
+    fixture.ClickTree(fixture.Tree()->findCameraItem(1));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("SN0008"));
+    fixture.ClickTree(fixture.Group("All Cameras"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0001", "SN0002", "SN0008"}));
+}
+
+void tst_MainWidget_Filter::Filter_CameraMovedToAnotherInterface_StaysShownUntilTheNextChoice()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    fixture.ClickTree(fixture.Group("GigE Vision - eth0"));
+    fixture.ChangeCameras({NetworkCamera(1, KX_CC_ACCESS_FREE, "eth1"), NetworkCamera(2)});
+    QTRY_COMPARE(fixture.Text(0, InterfaceColumn), QString("GigE Vision - eth1"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0001", "SN0002"}));
+    fixture.ClickTree(fixture.Group("GigE Vision - eth1"));
+    QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("SN0001"));
+    fixture.ChangeCameras(NetworkCameras(1, 2));
+    QTRY_COMPARE(fixture.Text(0, InterfaceColumn), QString("GigE Vision - eth0"));
 }
 
 void tst_MainWidget_Filter::Sort_ByStatus_FreeThenUnreachableThenInUse()

@@ -1,7 +1,13 @@
 #include <QtTest>
 
-#include <ui/devicetablemodel.h>
+#include <QToolTip>
+#include <QTranslator>
 
+#include <ui/csorttableitem.h>
+#include <ui/devicetablemodel.h>
+#include <worker/qoperatethread.h>
+
+#include "batchfixture.h"
 #include "scriptedcameras.h"
 #include "tabledevices.h"
 #include "windowfixture.h"
@@ -16,6 +22,9 @@ private slots:
     void Init_Columns_HaveTextsWidthsAndVisibility();
     void Init_Rows_TenEmptyOnes();
     void Init_CheckColumn_OffersNoSorting();
+    void Init_HiddenColumns_HaveTheirWidths();
+    void Init_SectionResized_ClosesAnOpenTip();
+    void Init_Tree_IsSetUpForTheTool();
     void NewDevice_ThreeCameras_ThreeRowsAndSevenEmpty();
     void NewDevice_EleventhCamera_AddsARow();
     void NewDevice_NetworkCamera_FillsTheRow();
@@ -26,19 +35,48 @@ private slots:
     void NewDevice_First_SelectsTheFirstRow();
     void NewDevice_Null_IsIgnored();
     void NewDevice_OutsideTheSelectedGroup_StaysHidden();
+    void NewDevice_Cells_AreSortItems();
+    void NewDevice_Identifier_IsAnInt();
+    void NewDevice_Further_LeavesTheSelection();
     void Status_State_ShowsIconAndCodeAlone_data();
     void Status_State_ShowsIconAndCodeAlone();
     void UpdateDevice_FreeTickedGoesInUse_IsClearedAndDisabled();
     void UpdateDevice_BackToFree_CanBeTickedAgain();
     void UpdateDevice_FreeTicked_KeepsItsTick();
     void UpdateDevice_UnknownCamera_ChangesNothing();
+    void UpdateDevice_AnotherInterface_TextFollows();
+    void UpdateDevice_CellMissing_TheCellsBehindItStay_data();
+    void UpdateDevice_CellMissing_TheCellsBehindItStay();
+    void UpdateDevice_CellsOfOtherTransportsMissing_TheRowIsWritten();
     void DeleteDevice_FromEleven_LeavesTen();
     void DeleteDevice_FromTen_AppendsAnEmptyRow();
     void DeleteDevice_TickedCamera_HeaderAndButtonsFollow();
     void DeleteDevice_UnknownCamera_ChangesNothing();
     void DeleteDevice_RowAboveGoesDuringAMessage_TheRightOneGoes();
+    void DeleteDevice_CameraWithoutARow_KeepsItsWorker();
+    void DeleteDevice_CameraIsBackAtOnce_ItsOldWorkerIsNotHeard();
     void RowFromDeviceID_EmptyRows_EndTheSearch();
+    void RowFromDeviceID_RowWithoutAnItem_EndsTheSearch();
 };
+
+namespace {
+
+/// Hears which texts of the window are asked for, and translates none.
+class Listener : public QTranslator
+{
+public:
+    QString translate(const char *pContext, const char *pText, const char *, int) const override
+    {
+        if (qstrcmp(pContext, "MainWidget") == 0)
+            m_setAsked.insert(pText);
+        return QString();
+    }
+    bool isEmpty() const override { return false; }
+
+    mutable QSet<QString> m_setAsked;
+};
+
+} // namespace
 
 void tst_MainWidget_Table::Init_Columns_HaveTextsWidthsAndVisibility()
 {
@@ -60,6 +98,7 @@ void tst_MainWidget_Table::Init_Columns_HaveTextsWidthsAndVisibility()
     QCOMPARE(pTable->columnWidth(UserNameColumn), 110);
     QCOMPARE(pTable->columnWidth(SerialColumn), 160);
     QCOMPARE(pTable->columnWidth(StateColumn), 54);
+    QCOMPARE(pTable->columnWidth(OperateColumn), 319); // until the window has its size
     QCOMPARE(pTable->horizontalHeader()->sectionResizeMode(OperateColumn), QHeaderView::Stretch);
     QCOMPARE(pTable->horizontalHeader()->minimumHeight(), 32);
     QCOMPARE(pTable->horizontalHeader()->maximumHeight(), 32);
@@ -88,6 +127,42 @@ void tst_MainWidget_Table::Init_CheckColumn_OffersNoSorting()
     for (int nColumn = 1; nColumn < ColumnCount; ++nColumn)
         QVERIFY(fixture.Header()->isSortEnabled(nColumn));
     QVERIFY(fixture.Header()->isCheckBoxVisible(CheckColumn));
+}
+
+void tst_MainWidget_Table::Init_HiddenColumns_HaveTheirWidths()
+{
+    WindowFixture fixture;
+    for (int nColumn : {PortColumn, InterfaceColumn, MacColumn})
+        fixture.Table()->setColumnHidden(nColumn, false);
+    const int nDefault = fixture.Header()->defaultSectionSize();
+    QVERIFY(nDefault != 0);
+    QCOMPARE(fixture.Table()->columnWidth(PortColumn), 100);
+    QCOMPARE(fixture.Table()->columnWidth(InterfaceColumn), nDefault);
+    QCOMPARE(fixture.Table()->columnWidth(MacColumn), nDefault);
+}
+
+void tst_MainWidget_Table::Init_SectionResized_ClosesAnOpenTip()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1)});
+    QToolTip::showText(fixture.Table()->mapToGlobal(QPoint()), "of a cell that is about to move",
+                       fixture.Table()->viewport());
+    QVERIFY(QToolTip::isVisible());
+    fixture.Header()->resizeSection(ModelColumn, 200);
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void tst_MainWidget_Table::Init_Tree_IsSetUpForTheTool()
+{
+    WindowFixture fixture;
+    QVERIFY(fixture.Tree()); // found by the name that it was given
+    QCOMPARE(fixture.Tree()->minimumWidth(), 186);
+    QCOMPARE(fixture.Tree()->maximumWidth(), 186);
+    QVERIFY(!fixture.Tree()->itemsExpandable());
+    QCOMPARE(fixture.Tree()->visibleItemTypes(), QList<int>({2, 3, 1, 4, 11, 10}));
+    QCOMPARE(fixture.Tree()->currentItem(), fixture.Tree()->findItem(LumoDeviceTree::AllCamerasItem, -1));
+    QCOMPARE(fixture.Tree()->currentColumn(), 1);
+    QTRY_COMPARE(fixture.m_devices.Transports(), 5u);
 }
 
 void tst_MainWidget_Table::NewDevice_ThreeCameras_ThreeRowsAndSevenEmpty()
@@ -199,22 +274,52 @@ void tst_MainWidget_Table::NewDevice_OutsideTheSelectedGroup_StaysHidden()
     QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("SN0001"));
 }
 
+void tst_MainWidget_Table::NewDevice_Cells_AreSortItems()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1)});
+    for (int nColumn = 0; nColumn < ColumnCount; ++nColumn)
+        QVERIFY(dynamic_cast<CSortTableItem *>(fixture.Table()->item(0, nColumn)));
+}
+
+void tst_MainWidget_Table::NewDevice_Identifier_IsAnInt()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1)});
+    QCOMPARE(fixture.Table()->item(0, CheckColumn)->data(DeviceIdRole).userType(), int(QMetaType::Int));
+    QCOMPARE(fixture.Table()->item(0, StateColumn)->data(StateCodeRole).userType(), int(QMetaType::Int));
+}
+
+void tst_MainWidget_Table::NewDevice_Further_LeavesTheSelection()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    fixture.Table()->selectRow(1);
+    fixture.ChangeCameras(NetworkCameras(1, 3));
+    QTRY_COMPARE(fixture.m_pWindow->GetCameraNum(), 3);
+    QCOMPARE(fixture.Table()->currentRow(), 1);
+}
+
 void tst_MainWidget_Table::Status_State_ShowsIconAndCodeAlone_data()
 {
     QTest::addColumn<quint32>("nAccessStatus");
     QTest::addColumn<QString>("strImage");
     QTest::addColumn<int>("nCode");
     QTest::addColumn<bool>("bEnabled");
-    QTest::newRow("free") << 1u << ":/Lumo/State/use.png" << 1 << true;
-    QTest::newRow("in use") << 2u << ":/Lumo/State/notuse.png" << 3 << false;
-    QTest::newRow("unreachable") << 3u << ":/Lumo/State/notreach.png" << 2 << false;
+    QTest::addColumn<QString>("strWord");
+    QTest::newRow("free") << 1u << ":/Lumo/State/use.png" << 1 << true << "Free";
+    QTest::newRow("in use") << 2u << ":/Lumo/State/notuse.png" << 3 << false << "In Use";
+    QTest::newRow("unreachable") << 3u << ":/Lumo/State/notreach.png" << 2 << false << "Unreachable";
 }
 
 void tst_MainWidget_Table::Status_State_ShowsIconAndCodeAlone()
 {
     QFETCH(quint32, nAccessStatus);
     QFETCH(QString, strImage);
+    QFETCH(QString, strWord);
     WindowFixture fixture;
+    Listener listener;
+    QCoreApplication::installTranslator(&listener);
     fixture.ShowCameras({NetworkCamera(1, nAccessStatus)});
     const QTableWidgetItem *pItem = fixture.Table()->item(0, StateColumn);
     const QImage expected = QIcon(strImage).pixmap(34, 34).toImage();
@@ -222,6 +327,8 @@ void tst_MainWidget_Table::Status_State_ShowsIconAndCodeAlone()
     QCOMPARE(pItem->icon().pixmap(34, 34).toImage(), expected);
     QTEST(pItem->data(StateCodeRole).toInt(), "nCode");
     QCOMPARE(pItem->text(), QString());
+    QCOMPARE(pItem->toolTip(), QString());
+    QVERIFY(listener.m_setAsked.contains(strWord)); // made in the window's language, shown nowhere
     QTEST(fixture.Table()->cellCheckEnable(0, CheckColumn), "bEnabled");
 }
 
@@ -274,6 +381,62 @@ void tst_MainWidget_Table::UpdateDevice_UnknownCamera_ChangesNothing()
     fixture.m_pWindow->onUpdateDevice(made.pItem);
     QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList("SN0001"));
     QCOMPARE(fixture.Text(0, InterfaceColumn), QString("GigE Vision - eth0"));
+}
+
+void tst_MainWidget_Table::UpdateDevice_AnotherInterface_TextFollows()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    fixture.ChangeCameras({NetworkCamera(1), NetworkCamera(2, KX_CC_ACCESS_FREE, "eth1")});
+    QTRY_COMPARE(fixture.Text(1, InterfaceColumn), QString("GigE Vision - eth1"));
+    QCOMPARE(fixture.Text(0, InterfaceColumn), QString("GigE Vision - eth0"));
+}
+
+void tst_MainWidget_Table::UpdateDevice_CellMissing_TheCellsBehindItStay_data()
+{
+    QTest::addColumn<quint32>("nDeviceType");
+    QTest::addColumn<int>("nMissing");
+    QTest::newRow("port") << quint32(KX_CC_TRANSPORT_PORT) << int(PortColumn);
+    QTest::newRow("model") << quint32(KX_CC_TRANSPORT_GIGE) << int(ModelColumn);
+    QTest::newRow("user name") << quint32(KX_CC_TRANSPORT_GIGE) << int(UserNameColumn);
+    QTest::newRow("serial number") << quint32(KX_CC_TRANSPORT_GIGE) << int(SerialColumn);
+    QTest::newRow("interface") << quint32(KX_CC_TRANSPORT_GIGE) << int(InterfaceColumn);
+    QTest::newRow("MAC address") << quint32(KX_CC_TRANSPORT_GIGE) << int(MacColumn);
+}
+
+void tst_MainWidget_Table::UpdateDevice_CellMissing_TheCellsBehindItStay()
+{
+    QFETCH(quint32, nDeviceType);
+    QFETCH(int, nMissing);
+    const bool bPort = nDeviceType == KX_CC_TRANSPORT_PORT;
+    WindowFixture fixture;
+    HandMadeItem old(bPort ? PortCamera(7) : NetworkCamera(7), nDeviceType, "old");
+    fixture.m_pWindow->onNewDevice(old.pItem);
+    QStringList listOld;
+    for (int nColumn = 0; nColumn < ColumnCount; ++nColumn)
+        listOld.append(fixture.Text(0, nColumn));
+    delete fixture.Table()->takeItem(0, nMissing);
+    HandMadeItem changed(bPort ? PortCamera(8, KX_CC_ACCESS_IN_USE) : NetworkCamera(8, KX_CC_ACCESS_IN_USE),
+                         nDeviceType, "new");
+    fixture.m_pWindow->onUpdateDevice(changed.pItem);
+    for (int nColumn = nMissing + 1; nColumn < ColumnCount; ++nColumn)
+        QCOMPARE(fixture.Text(0, nColumn), listOld.at(nColumn));
+    QCOMPARE(fixture.Table()->item(0, StateColumn)->data(StateCodeRole).toInt(), 1);
+    if (nMissing > SerialColumn)
+        QCOMPARE(fixture.Text(0, SerialColumn), QString("SN0008")); // what stands in front of it is written
+}
+
+void tst_MainWidget_Table::UpdateDevice_CellsOfOtherTransportsMissing_TheRowIsWritten()
+{
+    WindowFixture fixture;
+    HandMadeItem old(UsbCamera(7), KX_CC_TRANSPORT_USB, "old");
+    fixture.m_pWindow->onNewDevice(old.pItem);
+    delete fixture.Table()->takeItem(0, PortColumn);
+    delete fixture.Table()->takeItem(0, MacColumn);
+    HandMadeItem changed(UsbCamera(8, KX_CC_ACCESS_IN_USE), KX_CC_TRANSPORT_USB, "new");
+    fixture.m_pWindow->onUpdateDevice(changed.pItem);
+    QCOMPARE(fixture.Text(0, InterfaceColumn), QString("new"));
+    QCOMPARE(fixture.Table()->item(0, StateColumn)->data(StateCodeRole).toInt(), 3);
 }
 
 void tst_MainWidget_Table::DeleteDevice_FromEleven_LeavesTen()
@@ -341,6 +504,52 @@ void tst_MainWidget_Table::DeleteDevice_RowAboveGoesDuringAMessage_TheRightOneGo
     QCOMPARE(fixture.VisibleTexts(SerialColumn), QStringList({"SN0002", "SN0003", "SN0004", "SN0006"}));
 }
 
+void tst_MainWidget_Table::DeleteDevice_CameraWithoutARow_KeepsItsWorker()
+{
+    ScriptedCameras::Reset();
+    BatchFixture fixture;
+    fixture.ShowCameras({NetworkCamera(1)});
+    fixture.TickAll();
+    fixture.Run("ExportBtn", fixture.Dir());
+    const QPointer<QOperateThread> pWorker = fixture.m_pWindow->findChild<QOperateThread *>();
+    QVERIFY(pWorker && pWorker->wait(20000));
+    fixture.Table()->removeRow(0);
+    fixture.ChangeCameras({});
+    QVERIFY(!fixture.Tree()->findCameraItem(1));
+    QVERIFY(pWorker);
+}
+
+void tst_MainWidget_Table::DeleteDevice_CameraIsBackAtOnce_ItsOldWorkerIsNotHeard()
+{
+    ScriptedCameras::Reset();
+    ScriptedCameras::Hold("SN0001");
+    ScriptedCameras::Hold("SN0002");
+    BatchFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 2));
+    fixture.TickAll();
+    ModalHands hands;
+    ChooseFile(hands, fixture.Dir())
+        .Then("LoadingDlg",
+              [&](QWidget *) {
+                  QTRY_COMPARE(fixture.Counts(), QString("2, 0, 0"));
+                  const QPointer<QOperateThread> pOld =
+                      fixture.m_pWindow->findChildren<QOperateThread *>().value(0);
+                  fixture.ChangeCameras({NetworkCamera(2)});
+                  fixture.ChangeCameras(NetworkCameras(1, 2));
+                  QTRY_COMPARE(fixture.m_pWindow->rowFromDeviceID(1), 1);
+                  ScriptedCameras::Release("SN0001");
+                  QTRY_VERIFY(!pOld); // all that it had to say has been delivered
+                  QCOMPARE(fixture.Counts(), QString("2, 0, 0"));
+                  QCOMPARE(fixture.Text(1, OperateColumn), QString());
+                  ScriptedCameras::Release("SN0002");
+                  QTRY_COMPARE(fixture.Counts(), QString("1, 1, 0"));
+                  fixture.End(1, 3);
+              })
+        .Then("SaveDoneHintDlg", [](QWidget *pBox) { pBox->close(); });
+    fixture.ClickButton("ExportBtn");
+    QTRY_VERIFY(hands.AllDone());
+}
+
 void tst_MainWidget_Table::RowFromDeviceID_EmptyRows_EndTheSearch()
 {
     WindowFixture fixture;
@@ -348,6 +557,16 @@ void tst_MainWidget_Table::RowFromDeviceID_EmptyRows_EndTheSearch()
     fixture.ShowCameras({NetworkCamera(1)});
     QCOMPARE(fixture.m_pWindow->rowFromDeviceID(1), 0);
     QCOMPARE(fixture.m_pWindow->rowFromDeviceID(2), -1);
+}
+
+void tst_MainWidget_Table::RowFromDeviceID_RowWithoutAnItem_EndsTheSearch()
+{
+    WindowFixture fixture;
+    fixture.ShowCameras(NetworkCameras(1, 3));
+    QCOMPARE(fixture.m_pWindow->rowFromDeviceID(3), 2);
+    delete fixture.Table()->takeItem(1, CheckColumn);
+    QCOMPARE(fixture.m_pWindow->rowFromDeviceID(1), 0);
+    QCOMPARE(fixture.m_pWindow->rowFromDeviceID(3), -1);
 }
 
 QTEST_MAIN(tst_MainWidget_Table)

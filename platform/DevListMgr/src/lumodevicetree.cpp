@@ -65,6 +65,11 @@ void LumoDeviceTree::setVisibleItemTypes(const QList<int> &listTypes)
     m_pPrivate->ApplyVisibilityToAll();
 }
 
+QList<int> LumoDeviceTree::visibleItemTypes() const
+{
+    return m_pPrivate->m_listVisible;
+}
+
 void LumoDeviceTree::updateDeviceTypes(unsigned int nTypes, bool bOn)
 {
     const unsigned int nOld = m_pPrivate->m_nTransports;

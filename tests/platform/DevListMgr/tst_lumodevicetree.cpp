@@ -32,6 +32,7 @@ private slots:
     void UpdateDeviceTypes_FlagsOnAndOff_AreSearched();
     void UpdateDeviceTypes_AllOff_CamerasGo();
     void ToolName_Set_IsTheObjectName();
+    void ToolName_Function_IsTheFirstVirtualOneThatTheTreeAdds();
     void Accessible_CameraInUse_SaysSo();
     void Language_Changed_TextsAreSetAnew();
     void Search_RoundTakesLong_TheEventLoopGoesOn();
@@ -324,6 +325,26 @@ void tst_LumoDeviceTree::ToolName_Set_IsTheObjectName()
     LumoDeviceTree tree;
     tree.setToolName("ToolTree");
     QCOMPARE(tree.objectName(), QString("ToolTree"));
+}
+
+/// A tree that adds one virtual function.
+class TreeWithOneMore : public QTreeWidget
+{
+public:
+    virtual void First(const QString &) {}
+};
+
+/// What a pointer to a member function is made of: for a virtual one, its place among them.
+template <typename Function>
+QByteArray PlaceOf(Function pFunction)
+{
+    return QByteArray(reinterpret_cast<const char *>(&pFunction), sizeof pFunction).toHex();
+}
+
+// Tools that were built with another build of the library call it by its place.
+void tst_LumoDeviceTree::ToolName_Function_IsTheFirstVirtualOneThatTheTreeAdds()
+{
+    QCOMPARE(PlaceOf(&LumoDeviceTree::setToolName), PlaceOf(&TreeWithOneMore::First));
 }
 
 void tst_LumoDeviceTree::Accessible_CameraInUse_SaysSo()

@@ -56,11 +56,14 @@ public:
     /// Ends the search; waits for its round in progress, half a second as a rule.
     ~LumoDeviceTree() override;
 
-    /// Names the tree after the tool that shows it: its object name, for style sheets and tests.
+    /// Names the tree after the tool that shows it: its object name, for style sheets and tests. Stays the
+    /// first virtual function of the class: tools call it by its place.
     virtual void setToolName(const QString &strName);
 
     /// The item types that are shown, with what is below them; all of them at first.
     void setVisibleItemTypes(const QList<int> &listTypes);
+    /// The list as it was set; empty at first.
+    QList<int> visibleItemTypes() const;
 
     /// Switches the search for kinds of cameras on or off; all are off at first.
     /// @param nTypes  KX_CC_TRANSPORT_... flags: 1 network, 4 USB, 8 port cameras
