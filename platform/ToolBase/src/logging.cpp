@@ -8,6 +8,8 @@
 #include <log4cxx/logger.h>
 #include <log4cxx/propertyconfigurator.h>
 
+#include <atomic>
+#include <cstdio>
 #include <exception>
 
 namespace {
@@ -34,7 +36,6 @@ const char *OrEmpty(const char *text)
     return text != nullptr ? text : "";
 }
 
-// Called by Qt from whatever thread wrote the message.
 void WriteToLog(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const log4cxx::LevelPtr level = LevelOf(type);
@@ -47,6 +48,33 @@ void WriteToLog(QtMsgType type, const QMessageLogContext &context, const QString
     logger->forcedLogLS(level, message.toStdString(),
                         log4cxx::spi::LocationInfo(file, log4cxx::spi::LocationInfo::calcShortFileName(file),
                                                    OrEmpty(context.function), context.line));
+}
+
+// One call per line, so that the lines of several threads do not mix.
+void TellOnStderr(const QString &line)
+{
+    fprintf(stderr, "%s\n", qUtf8Printable(line));
+}
+
+void SayOnceWhyThereIsNoLog(const char *reason)
+{
+    static std::atomic_bool s_said{false};
+    if (!s_said.exchange(true)) {
+        TellOnStderr(QStringLiteral("The log cannot be written, its messages follow here: %1")
+                         .arg(QString::fromLocal8Bit(reason)));
+    }
+}
+
+// Called by Qt from whatever thread wrote the message. An exception would end the program: most of Qt's
+// callers, and all threads, let none pass.
+void TakeMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    try {
+        WriteToLog(type, context, message);
+    } catch (const std::exception &error) { // a full disk, for one
+        SayOnceWhyThereIsNoLog(error.what());
+        TellOnStderr(qFormatLogMessage(type, context, message));
+    }
 }
 
 void SetLogDirectory()
@@ -77,7 +105,7 @@ void LumoInterface::initLog4qtConfig(const QString &file)
             log4cxx::PropertyConfigurator::configure(log4cxx::File(QFile::encodeName(file).toStdString()));
         if (status == log4cxx::spi::ConfigurationStatus::Configured &&
             !log4cxx::Logger::getRootLogger()->getAllAppenders().empty()) {
-            qInstallMessageHandler(WriteToLog);
+            qInstallMessageHandler(TakeMessage);
             // The log's own static objects end before the last messages of a process can come.
             qAddPostRoutine([] { qInstallMessageHandler(nullptr); });
         }

@@ -2,6 +2,10 @@
 
 #include <ToolBase/lumointerface.h>
 
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
 // Where Qt's messages go after the log was configured.
 class tst_LumoInterface_Logging : public QObject
 {
@@ -16,6 +20,7 @@ private slots:
     void initLog4qtConfig_FileAppender_GetsLevelCategoryPlaceAndText();
     void initLog4qtConfig_LevelBelowThreshold_IsNotWritten();
     void initLog4qtConfig_NoLogDirectoryInEnvironment_MakesOneInTheStateDirectory();
+    void initLog4qtConfig_LogCannotBeWritten_MessagesGoToStderr();
 
 private:
     QString Configure(const QByteArray &level);
@@ -110,6 +115,49 @@ void tst_LumoInterface_Logging::initLog4qtConfig_NoLogDirectoryInEnvironment_Mak
     QCOMPARE(log, m_dir->path() + "/state/lumo/test.log");
     qWarning("here");
     QVERIFY(ReadAll(log).contains("here"));
+}
+
+// What the function makes this process write to its stderr; at most what a pipe holds.
+template <typename Function>
+static QByteArray StderrOf(Function function)
+{
+    int ends[2] = {-1, -1};
+    const int before = dup(STDERR_FILENO);
+    if (before < 0 || pipe(ends) != 0) {
+        return "no pipe";
+    }
+    dup2(ends[1], STDERR_FILENO);
+    close(ends[1]);
+    function();
+    dup2(before, STDERR_FILENO);
+    close(before);
+    QFile reader;
+    const bool isOpen = reader.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    return isOpen ? reader.readAll() : "no pipe";
+}
+
+void tst_LumoInterface_Logging::initLog4qtConfig_LogCannotBeWritten_MessagesGoToStderr()
+{
+    const QString log = Configure("INFO");
+    signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = {};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit none = {0, limit.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none);
+    const QByteArray told = StderrOf([] {
+        qWarning("first");
+        qDebug("below the threshold");
+        qInfo("caf\xC3\xA9");
+    });
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const QList<QByteArray> lines = told.split('\n');
+    QCOMPARE(lines.size(), 4); // one is empty, behind the last line end
+    QVERIFY2(lines.at(0).startsWith("The log cannot be written"), told.constData());
+    QCOMPARE(lines.at(1), QByteArray("first"));
+    QCOMPARE(lines.at(2), QByteArray("caf\xC3\xA9"));
+
+    qWarning("room again");
+    QVERIFY(ReadAll(log).endsWith("room again\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_LumoInterface_Logging)

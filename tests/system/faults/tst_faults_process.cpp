@@ -1,6 +1,8 @@
 #include <QtTest>
 
 #include <csignal>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 #include "faultbatch.h"
 
@@ -18,12 +20,16 @@ private slots:
     void Import_ReaderGoesAway_SetsEveryCamera();
     void Export_SignalsIgnoredAtStart_StayIgnored_data();
     void Export_SignalsIgnoredAtStart_StayIgnored();
+    void Import_LogCannotBeWritten_FailsNoCamera_data();
+    void Import_LogCannotBeWritten_FailsNoCamera();
 
 private:
     void StartInShell(QProcess &process, const QString &script, const QStringList &arguments);
     CompanionRun RunInShell(const QString &script, const QStringList &arguments);
     QStringList Addresses() const;
     QString CheckFiles(const QString &folder) const;
+    QString WriteImport(const QString &folder) const;
+    QByteArrayList Widths();
 
     FaultBatch m_batch{"127.50.21."};
     QTemporaryDir m_state; // where the log is
@@ -73,6 +79,23 @@ QString tst_Faults_Process::CheckFiles(const QString &folder) const
     return names.size() == 3 ? QString() : "files: " + names.join(' ');
 }
 
+// The path of a file that sets a width of 320.
+QString tst_Faults_Process::WriteImport(const QString &folder) const
+{
+    const QByteArray text = WithValue(m_batch.Reference(), "Width", "320");
+    QFile file(folder + "/import.kfb");
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
+}
+
+QByteArrayList tst_Faults_Process::Widths()
+{
+    QByteArrayList widths;
+    const QMap<QString, QByteArray> files = m_batch.Export().files;
+    for (const QByteArray &file : files)
+        widths << ValueOf(file, "Width");
+    return widths;
+}
+
 void tst_Faults_Process::Export_StandardStreamClosed_IsNoOtherFile_data()
 {
     QTest::addColumn<QString>("closing");
@@ -113,16 +136,10 @@ void tst_Faults_Process::Import_ReaderGoesAway_SetsEveryCamera()
 {
     QCOMPARE(m_batch.StartFarm(), QString());
     const QTemporaryDir folder;
-    const QByteArray wanted = WithValue(m_batch.Reference(), "Width", "320");
-    QFile file(folder.filePath("import.kfb"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(wanted) == wanted.size());
-    file.close();
-
     const CompanionRun run = RunInShell("{ \"$@\"; echo exit code $? >&2; } | :",
-                                        QStringList{"import", file.fileName()} + Addresses());
+                                        QStringList{"import", WriteImport(folder.path())} + Addresses());
     QCOMPARE(run.err, QByteArray("kx-features: standard output could not be written\nexit code 1\n"));
-    for (const QByteArray &exported : m_batch.Export().files)
-        QCOMPARE(ValueOf(exported, "Width"), QByteArray("320"));
+    QCOMPARE(Widths(), QByteArrayList({"320", "320", "320"}));
 }
 
 void tst_Faults_Process::Export_SignalsIgnoredAtStart_StayIgnored_data()
@@ -149,6 +166,43 @@ void tst_Faults_Process::Export_SignalsIgnoredAtStart_StayIgnored()
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
     QCOMPARE(CheckFiles(folder.path()), QString());
+}
+
+void tst_Faults_Process::Import_LogCannotBeWritten_FailsNoCamera_data()
+{
+    QTest::addColumn<bool>("full");
+    QTest::newRow("disk full") << true;
+    QTest::newRow("file size limited") << false;
+}
+
+// A camera that cannot be opened is told in the log.
+void tst_Faults_Process::Import_LogCannotBeWritten_FailsNoCamera()
+{
+    QFETCH(bool, full);
+    const QTemporaryDir state;
+    QVERIFY(QDir(state.path()).mkdir("lumo"));
+    const QString log = state.path() + "/lumo/ImportExportFeatures.log";
+    if (full && mknod(QFile::encodeName(log).constData(), S_IFCHR | 0600, makedev(1, 7)) != 0)
+        QSKIP("a device cannot be made here");
+    QFile file(log);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Append)); // no node of a device that cannot be used
+    if (!full)
+        QVERIFY(file.write(QByteArray(512 * 1024, '\n')) > 0);
+    file.close();
+
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.SetFault("control-held 1"), QString());
+    const QTemporaryDir folder;
+    const QString import = WriteImport(folder.path());
+    const CompanionRun run =
+        RunInShell(QString("ulimit -f 1024; export XDG_STATE_HOME=%1; exec \"$@\"").arg(state.path()),
+                   QStringList{"import", import} + Addresses());
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.out.count("ok "), 2);
+    QCOMPARE(run.err.count("The log cannot be written"), 1);
+    QVERIFY2(run.err.contains("OpenDevice failed."), run.err.constData());
+    QCOMPARE(m_batch.CheckFreeAgain(), QString());
+    QCOMPARE(Widths(), QByteArrayList({"320", ValueOf(m_batch.Reference(), "Width"), "320"}));
 }
 
 QTEST_GUILESS_MAIN(tst_Faults_Process)

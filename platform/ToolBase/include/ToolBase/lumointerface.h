@@ -50,6 +50,8 @@ public:
     /// file. The message's category is the logger's name; source file, line and function go with it.
     /// A file that is missing or cannot be read leaves messages on stderr. Environment variables in the
     /// file ("${XDG_STATE_HOME}") are expanded; LUMO_LOG_DIR is set to a writable directory if unset.
+    /// A message that cannot be written, to a full disk for example, goes to stderr instead; why is told
+    /// there once.
     /// Call it once, from the main thread.
     static void initLog4qtConfig(const QString &file);
 
