@@ -2,7 +2,6 @@
 
 #include <QTimer>
 
-#include <worker/cameraidentity.h>
 #include <worker/qoperatethread.h>
 
 Batch::Batch(Operation operation, const QVector<Camera> &cameras, const QString &path, QObject *pParent)
@@ -11,7 +10,12 @@ Batch::Batch(Operation operation, const QVector<Camera> &cameras, const QString 
     , m_cameras(cameras)
     , m_strPath(path)
     , m_results(cameras.size())
+    , m_files(cameras.size())
 {
+    const QStringList paths = operation == Operation::Export ? ExportPaths(cameras, path) : QStringList();
+    for (int index = 0; index < cameras.size(); ++index) {
+        m_results[index].strFile = paths.value(index, path);
+    }
 }
 
 Batch::~Batch()
@@ -21,28 +25,35 @@ Batch::~Batch()
     }
 }
 
+void Batch::Refuse(int index, const QString &message)
+{
+    m_results[index].strMessage = message;
+}
+
 void Batch::Start()
 {
     if (m_cameras.isEmpty()) {
         QTimer::singleShot(0, this, &Batch::Finished);
     }
     for (int index = 0; index < m_cameras.size(); ++index) {
-        StartWorker(index);
+        if (m_results.at(index).strMessage.isEmpty()) {
+            StartWorker(index);
+        } else {
+            QTimer::singleShot(0, this, [this, index] { Finish(index); });
+        }
     }
 }
 
 void Batch::StartWorker(int index)
 {
     const Camera &camera = m_cameras.at(index);
-    CameraResult &result = m_results[index];
     auto *pWorker = new QOperateThread(this);
     m_workers << pWorker;
     if (m_operation == Operation::Export) {
         pWorker->SetExportThreadInfo(camera.record, m_strPath);
-        result.strFile = CameraIdentity::FilePath(m_strPath, {camera.strModel, camera.strSerial});
+        m_files[index] = ExportFile(m_results.at(index).strFile);
     } else {
         pWorker->SetImportThreadInfo(camera.record, m_strPath);
-        result.strFile = m_strPath;
     }
     // The last message decides, as it does in the window.
     connect(pWorker, &QOperateThread::SigThreadInfo, this,
@@ -50,11 +61,22 @@ void Batch::StartWorker(int index)
                 m_results[index].strMessage = failed ? text : QString();
             });
     // Not SigEndThread: a worker may send that twice.
-    connect(pWorker, &QThread::finished, this, [this, index] { OnWorkerFinished(index); });
+    connect(pWorker, &QThread::finished, this, [this, index, pWorker] { OnWorkerFinished(index, *pWorker); });
     pWorker->start();
 }
 
-void Batch::OnWorkerFinished(int index)
+void Batch::OnWorkerFinished(int index, const QOperateThread &worker)
+{
+    // The worker does not tell that the disk was full; it knows where the file does not show it, as when an
+    // old one was put back.
+    QString &message = m_results[index].strMessage;
+    if (m_operation == Operation::Export && message.isEmpty()) {
+        message = m_files.at(index).Problem(worker.IsFileWritten());
+    }
+    Finish(index);
+}
+
+void Batch::Finish(int index)
 {
     CameraResult &result = m_results[index];
     result.bDone = true;

@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include "camera.h"
+#include "exportfile.h"
 
 class QOperateThread;
 
@@ -37,7 +38,11 @@ public:
           QObject *pParent = nullptr);
     ~Batch() override;
 
-    /// Starts every worker. With no camera, Finished() comes from the event loop all the same.
+    /// Lets the camera fail with this message instead of starting its worker. Before Start().
+    void Refuse(int index, const QString &message);
+
+    /// Starts every worker but those of refused cameras. With no camera, Finished() comes from the event loop
+    /// all the same.
     void Start();
 
     const QVector<Camera> &Cameras() const { return m_cameras; }
@@ -46,19 +51,22 @@ public:
     int FailedCount() const { return m_nFailed; }
 
 signals:
-    /// A camera's worker ended; index into Cameras() and Results(). Once per camera.
+    /// A camera's worker ended, or the camera was refused; index into Cameras() and Results(). Once per
+    /// camera.
     void CameraDone(int index);
-    /// All workers ended; exactly once.
+    /// Every camera is done; exactly once.
     void Finished();
 
 private:
     void StartWorker(int index);
-    void OnWorkerFinished(int index);
+    void OnWorkerFinished(int index, const QOperateThread &worker);
+    void Finish(int index);
 
     const Operation m_operation;
     const QVector<Camera> m_cameras;
     const QString m_strPath;
     QVector<CameraResult> m_results;
+    QVector<ExportFile> m_files; // of an export
     QVector<QOperateThread *> m_workers;
     int m_nDone = 0;
     int m_nFailed = 0;

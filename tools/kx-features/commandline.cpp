@@ -7,7 +7,8 @@ namespace {
 
 const char kListUsage[] = "kx-features list [--json] [--verbose]";
 const char kExportUsage[] =
-    "kx-features export --to DIR (--all | --serial S ... | --model M | --address A ...) [--json] [--verbose]";
+    "kx-features export --to DIR (--all | --serial S ... | --model M | --address A ...) [--overwrite] "
+    "[--json] [--verbose]";
 const char kImportUsage[] =
     "kx-features import FILE (--all | --serial S ... | --model M | --address A ...) [--json] [--verbose]";
 
@@ -50,6 +51,8 @@ QString HelpText()
                "  --model M        cameras of this model\n"
                "  --address A ...  network cameras at these IPv4 addresses, asked directly\n"
                "  --search-ms N    how long to search for cameras, %4 to %5 milliseconds (default %6)\n"
+               "  --overwrite      export cameras of one model and serial number all the same: the last file "
+               "stays\n"
                "  --json           one JSON array on standard output instead of lines\n"
                "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
                "\n"
@@ -120,6 +123,7 @@ void AddOptions(QCommandLineParser &parser, CommandLine::Action action)
     parser.addOption({QStringLiteral("address"), QString(), QStringLiteral("A")});
     if (action == CommandLine::Action::Export) {
         parser.addOption({QStringLiteral("to"), QString(), QStringLiteral("DIR")});
+        parser.addOption(QCommandLineOption(QStringLiteral("overwrite")));
     }
 }
 
@@ -183,6 +187,7 @@ CommandLine ParseAction(CommandLine::Action action, const QStringList &arguments
     CommandLine command;
     command.action = action;
     command.bJson = parser.isSet(QStringLiteral("json"));
+    command.bOverwrite = action == CommandLine::Action::Export && parser.isSet(QStringLiteral("overwrite"));
     command.bVerbose = parser.isSet(QStringLiteral("verbose"));
     for (const auto read : {ReadSearchTime, ReadPath, ReadChoice}) {
         const QString problem = read(parser, &command);

@@ -23,8 +23,9 @@ struct CommandLine
     QString strPath;     ///< folder of an export, file of an import
     CameraChoice choice; ///< empty only for List
     bool bJson = false;
-    bool bVerbose = false; ///< on stderr: why a camera could not be opened or was lost, and such
-    int nSearchMs = 1000; ///< how long cameras are searched for, in milliseconds
+    bool bOverwrite = false; ///< export: cameras of one file name are no failure
+    bool bVerbose = false;   ///< on stderr: why a camera could not be opened or was lost, and such
+    int nSearchMs = 1000;    ///< how long cameras are searched for, in milliseconds
 };
 
 /// Reads the arguments of the program, without its name. Never fails: what is wrong comes as Wrong.

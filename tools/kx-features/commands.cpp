@@ -116,6 +116,15 @@ private:
     _exit(ExitInterrupted);
 }
 
+// Which of two cameras wrote the file last would be chance, and nobody would notice.
+void RefuseSharedFiles(Batch *pBatch, const QString &folder)
+{
+    const QStringList shared = SharedFiles(pBatch->Cameras(), folder);
+    for (int index = 0; index < shared.size(); ++index) {
+        pBatch->Refuse(index, shared.at(index));
+    }
+}
+
 int RunBatch(const CommandLine &command, Batch::Operation operation)
 {
     const FoundCameras found = FindChosenCameras(command.choice, command.nSearchMs);
@@ -128,6 +137,9 @@ int RunBatch(const CommandLine &command, Batch::Operation operation)
     }
 
     Batch batch(operation, found.cameras, command.strPath);
+    if (operation == Batch::Operation::Export && !command.bOverwrite) {
+        RefuseSharedFiles(&batch, command.strPath);
+    }
     const BatchView view(batch, found.missing, command.bJson);
     const Interrupt interrupt;
     QObject::connect(&batch, &Batch::CameraDone, &batch, [&view](int index) { view.ShowCamera(index); });

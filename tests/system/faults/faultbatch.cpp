@@ -131,10 +131,10 @@ FaultBatch::Outcome FaultBatch::Run(QStringList arguments, const QString &folder
     return outcome;
 }
 
-FaultBatch::Outcome FaultBatch::Export()
+FaultBatch::Outcome FaultBatch::Export(const QStringList &more)
 {
     const QTemporaryDir folder;
-    return Run({"export", "--to", folder.path()}, folder.path());
+    return Run(QStringList{"export", "--to", folder.path()} + more, folder.path());
 }
 
 FaultBatch::Outcome FaultBatch::Import(const QByteArray &file)

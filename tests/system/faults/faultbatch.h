@@ -48,7 +48,7 @@ public:
         QMap<QString, QByteArray> files; ///< by name
         QByteArray marker;
     };
-    Outcome Export();
+    Outcome Export(const QStringList &more = {});
     Outcome Import(const QByteArray &file);
     QString CheckNeighbours(const Outcome &outcome) const;
     QString CheckLeftovers(const Outcome &outcome) const;

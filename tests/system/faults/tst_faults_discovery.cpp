@@ -16,7 +16,9 @@ private slots:
     void Export_UnreadableSearchAnswer_IsNotFoundAlone();
     void Export_BadName_StaysInTheFolder_data();
     void Export_BadName_StaysInTheFolder();
-    void Export_SameModelAndSerial_LeavesOneWholeFile();
+    void Export_SameFileName_FailsBothAndWritesNeither_data();
+    void Export_SameFileName_FailsBothAndWritesNeither();
+    void Export_SameFileNameOverwritten_LeavesOneWholeFile();
     void Export_AddressOfAnotherCamera_FailsAlone();
     void Import_AddressOfAnotherCamera_SetsNothingThere();
 
@@ -117,11 +119,40 @@ void tst_Faults_Discovery::Export_BadName_StaysInTheFolder()
     QVERIFY(!QFile::exists("/tmp/x.kfb"));
 }
 
-void tst_Faults_Discovery::Export_SameModelAndSerial_LeavesOneWholeFile()
+void tst_Faults_Discovery::Export_SameFileName_FailsBothAndWritesNeither_data()
+{
+    QTest::addColumn<QByteArrayList>("others"); // settings of the second camera
+    QTest::addColumn<QByteArrayList>("own");    // and of the first
+    QTest::newRow("same names") << QByteArrayList{"serial SIM0001"} << QByteArrayList();
+    QTest::newRow("names that meet") << QByteArrayList{"model A_B", "serial C"}
+                                     << QByteArrayList{"model A", "serial B_C"};
+}
+
+void tst_Faults_Discovery::Export_SameFileName_FailsBothAndWritesNeither()
+{
+    QFETCH(QByteArrayList, others);
+    QFETCH(QByteArrayList, own);
+    QCOMPARE(m_batch.StartFarm(), QString());
+    for (const QByteArray &setting : others)
+        QCOMPARE(m_batch.SetFault(setting), QString());
+    for (const QByteArray &setting : own)
+        QVERIFY(m_batch.Farm().Do("set 127.50.5.1 " + QString::fromUtf8(setting)));
+    const FaultBatch::Outcome outcome = m_batch.Export();
+    QCOMPARE(outcome.run.exitCode, 1);
+    const QString first = outcome.run.Camera(m_batch.Address(1)).value("message").toString();
+    const QString second = outcome.run.Camera(m_batch.Address(2)).value("message").toString();
+    QVERIFY2(first.startsWith("127.50.5.1 and 127.50.5.2 have the same file"), qPrintable(first));
+    QVERIFY2(second.startsWith("127.50.5.2 and 127.50.5.1 have the same file"), qPrintable(second));
+    QCOMPARE(outcome.run.Camera(m_batch.Address(3)).value("result").toString(), QString("ok"));
+    QCOMPARE(outcome.files.keys(), QStringList("SimCam-150_SIM0003.kfb"));
+    QCOMPARE(outcome.files.first(), m_batch.Reference());
+}
+
+void tst_Faults_Discovery::Export_SameFileNameOverwritten_LeavesOneWholeFile()
 {
     QCOMPARE(m_batch.StartFarm(), QString());
     QCOMPARE(m_batch.SetFault("serial SIM0001"), QString());
-    const FaultBatch::Outcome outcome = m_batch.Export();
+    const FaultBatch::Outcome outcome = m_batch.Export({"--overwrite"});
     QCOMPARE(outcome.run.exitCode, 0);
     QCOMPARE(outcome.files.size(), 2);
     QCOMPARE(m_batch.CheckNeighbours(outcome), QString());

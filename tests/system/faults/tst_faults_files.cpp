@@ -33,6 +33,7 @@ private slots:
     void Export_FolderVanishes_IsReported();
     void Export_DiskIsFull_LeavesWhatWasThere();
     void Export_FileSizeIsLimited_LeavesWhatWasThere();
+    void Export_FileSizeIsLimitedInPlace_PutsBackWhatWasThere();
 
 private:
     CompanionRun RunAs(const QStringList &before, const QStringList &arguments) const;
@@ -45,6 +46,7 @@ private:
 namespace {
 
 const char kOpenFile[] = "Failed to export features.Failed to open File.";
+const char kNotWritten[] = "The file was not written; the disk may be full.";
 const char kFileName[] = "/SimCam-150_SIM0001.kfb";
 
 QByteArray Utf16(const QByteArray &text)
@@ -315,7 +317,7 @@ void tst_Faults_Files::Export_FolderVanishes_IsReported()
     QVERIFY(!QFile::exists(folder.path()));
 }
 
-// Errors after the file was opened are not reported; the file that was there stays as it was.
+// The worker does not report it, so the program looks at the file; the one that was there stays as it was.
 void tst_Faults_Files::Export_DiskIsFull_LeavesWhatWasThere()
 {
     const QTemporaryDir folder;
@@ -331,7 +333,8 @@ void tst_Faults_Files::Export_DiskIsFull_LeavesWhatWasThere()
     umount2(path.constData(), MNT_DETACH); // before anything can fail
     QVERIFY(written);
     QCOMPARE(error, QString());
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.Camera(m_batch.Address(1)).value("message").toString(), QString(kNotWritten));
     QCOMPARE(old, QByteArray("old"));
     QCOMPARE(nFiles, 1);
     QCOMPARE(m_batch.CheckFreeAgain(), QString());
@@ -345,9 +348,29 @@ void tst_Faults_Files::Export_FileSizeIsLimited_LeavesWhatWasThere()
     const CompanionRun run =
         RunAs({"sh", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\"", "sh"},
               {"export", "--to", folder.path(), "--json", "--address", m_batch.Address(1)});
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.Camera(m_batch.Address(1)).value("message").toString(), QString(kNotWritten));
     QCOMPARE(ReadFile(folder.path() + kFileName), QByteArray("old"));
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void tst_Faults_Files::Export_FileSizeIsLimitedInPlace_PutsBackWhatWasThere()
+{
+    if (geteuid() != 0 || !Unprivileged().isEmpty())
+        QSKIP("the program cannot be run as another user here");
+    QCOMPARE(m_batch.StartFarm(), QString());
+    const QTemporaryDir folder;
+    const QString file = folder.path() + kFileName;
+    QVERIFY(WriteFile(file, m_batch.Reference().left(5000)));
+    QCOMPARE(chmod(QFile::encodeName(file).constData(), 0666), 0);
+    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 01777), 0);
+    const CompanionRun run =
+        RunAs({"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "sh", "-c",
+               "ulimit -f 8; exec \"$@\"", "sh"},
+              {"export", "--to", folder.path(), "--json", "--address", m_batch.Address(1)});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.Camera(m_batch.Address(1)).value("message").toString(), QString(kNotWritten));
+    QCOMPARE(ReadFile(file), m_batch.Reference().left(5000));
 }
 
 QTEST_GUILESS_MAIN(tst_Faults_Files)

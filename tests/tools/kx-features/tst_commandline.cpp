@@ -15,6 +15,7 @@ private slots:
     void Parse_RepeatedAndListedValues_AreAllTaken();
     void Parse_ModelAndAddress_AreTaken();
     void Parse_JsonAndSearchTime_AreTaken();
+    void Parse_Overwrite_IsTakenByExport();
     void Parse_Verbose_IsTakenByEachCommand();
     void Parse_HelpAnywhere_ShowsText();
     void Parse_Version_ShowsText();
@@ -78,6 +79,13 @@ void tst_CommandLine::Parse_ModelAndAddress_AreTaken()
     QCOMPARE(command.choice.models, QStringList("Model One"));
     QCOMPARE(command.choice.addresses, QStringList("10.0.0.1"));
     QVERIFY(!command.choice.bAll);
+}
+
+void tst_CommandLine::Parse_Overwrite_IsTakenByExport()
+{
+    QVERIFY(Parse("export --to d --all --overwrite").bOverwrite);
+    QVERIFY(!Parse("export --to d --all").bOverwrite);
+    QCOMPARE(Parse("import f --all --overwrite").action, CommandLine::Action::Wrong);
 }
 
 void tst_CommandLine::Parse_JsonAndSearchTime_AreTaken()
