@@ -103,6 +103,14 @@
         <translation>开始导入...</translation>
     </message>
     <message>
+        <source>Failed to export features. The system allows no more threads.</source>
+        <translation>导出属性失败。系统不允许更多线程。</translation>
+    </message>
+    <message>
+        <source>Failed to import features. The system allows no more threads.</source>
+        <translation>导入属性失败。系统不允许更多线程。</translation>
+    </message>
+    <message>
         <source>The Reasons of Failure :</source>
         <translation>失败原因：</translation>
     </message>

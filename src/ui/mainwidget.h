@@ -117,9 +117,13 @@ private:
     QString BusyText(unsigned int nType) const;
     void setAndStartThread(unsigned int nType, QString strPath);
     void ResetCounts();
-    void StartWorker(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, unsigned int nType, const QString &strPath);
+    void StartWorkers(const QVector<_STRUCT_DEVICE_INFO_> &vecDevice, unsigned int nType,
+                      const QString &strPath);
+    bool StartWorker(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, unsigned int nType, const QString &strPath);
     void getCheckedDeviceInfo(QVector<_STRUCT_DEVICE_INFO_> &vecDevice);
     QOperateThread *getOperateThread(long nDeviceID);
+    void EndRefused(long nDeviceID, unsigned int nType, const QString &strPath);
+    bool IsLateSignal(long nDeviceID) const;
     void RemoveWorker(long nDeviceID);
     void DeleteWorkers();
     void ClearOperateStatus();

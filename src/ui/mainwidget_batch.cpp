@@ -55,8 +55,7 @@ void MainWidget::setAndStartThread(unsigned int nType, QString strPath)
     setDisabled(true);
     ResetCounts();
     m_pStackedWidget->setCurrentWidget(m_pResultPage);
-    for (const _STRUCT_DEVICE_INFO_ &stDeviceInfo : qAsConst(vecDevice))
-        StartWorker(stDeviceInfo, nType, strPath);
+    StartWorkers(vecDevice, nType, strPath);
     m_nOperateType = nType;
     ShowLoadingDlg(true, BusyText(nType)); // until the last worker has ended
 }
@@ -125,7 +124,7 @@ void MainWidget::OnShowMsg(QString strTitle, QString strContent, QString strDeta
 void MainWidget::onBeginThread(long lCamerID, unsigned int nThreadType)
 {
     const int nRow = rowFromDeviceID(static_cast<int>(lCamerID));
-    if (nRow < 0)
+    if (nRow < 0 || IsLateSignal(lCamerID))
         return;
     m_bHasSucceeded = false;
     m_pTotalNumLabel->setText(QString::number(++m_nRunningNum));
@@ -142,7 +141,9 @@ void MainWidget::onBeginThread(long lCamerID, unsigned int nThreadType)
 void MainWidget::onThreadInfo(long nDeviceID, const QString &strMsg, bool bFailed)
 {
     const int nRow = rowFromDeviceID(static_cast<int>(nDeviceID));
-    QTableWidgetItem *pItem = nRow < 0 ? nullptr : m_pTableWidget->item(nRow, OperateColumn);
+    if (nRow < 0 || IsLateSignal(nDeviceID))
+        return;
+    QTableWidgetItem *pItem = m_pTableWidget->item(nRow, OperateColumn);
     if (!pItem)
         return;
     pItem->setData(SuccessRole, !bFailed); // the last message decides
@@ -160,7 +161,7 @@ void MainWidget::onThreadInfo(long nDeviceID, const QString &strMsg, bool bFaile
 void MainWidget::onEndThread(long lCameraID, unsigned int nThreadType, QString strFilePath)
 {
     const int nRow = rowFromDeviceID(static_cast<int>(lCameraID));
-    if (nRow < 0)
+    if (nRow < 0 || IsLateSignal(lCameraID))
         return;
     if (--m_nRunningNum == 0)
         setEnabled(true);

@@ -1,5 +1,6 @@
 #include "batchfixture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QtTest>
 
@@ -12,6 +13,18 @@ QString BatchFixture::WriteFile(const QString &strName, const QByteArray &model)
                "</DeviceModelName>\r\n<Feature>\r\n<Name>Width</Name>\r\n<Type>Integer</Type>\r\n"
                "<Value>640</Value>\r\n<Streamable>Yes</Streamable>\r\n</Feature>\r\n</Features>");
     return file.fileName();
+}
+
+QMap<QString, QByteArray> BatchFixture::TakeFiles() const
+{
+    QMap<QString, QByteArray> mapFiles;
+    for (const QString &strName : QDir(Dir()).entryList({"*.kfb"}, QDir::Files)) {
+        QFile file(Dir() + '/' + strName);
+        if (file.open(QIODevice::ReadOnly))
+            mapFiles.insert(strName, file.readAll());
+        file.remove();
+    }
+    return mapFiles;
 }
 
 void BatchFixture::TickAll()

@@ -11,6 +11,8 @@ public:
 
     /// Writes a feature file for cameras of a model; its path.
     QString WriteFile(const QString &strName, const QByteArray &model) const;
+    /// The feature files in Dir(), by name; they are gone afterwards.
+    QMap<QString, QByteArray> TakeFiles() const;
     /// Ticks all cameras by the header's check box.
     void TickAll();
     /// Presses the button for a batch that at least one camera ends well; closes what it shows.
