@@ -40,3 +40,36 @@ function(project_add_test name)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;ASAN_OPTIONS=${_asan};${ARG_ENVIRONMENT}"
     )
 endfunction()
+
+# project_add_locale_run(tst_thing): runs a test a second time, as "tst_thing_turkish". Letters have another order
+# there, i has another upper case, and numbers a comma. The locale is built from its source, which the Debian
+# package locales brings; without it there is no second run.
+set(PROJECT_LOCALE_DIR ${PROJECT_BINARY_DIR}/tests/locale)
+find_program(LOCALEDEF localedef)
+find_file(LOCALE_SOURCE tr_TR PATHS /usr/share/i18n/locales NO_DEFAULT_PATH)
+if(LOCALEDEF AND LOCALE_SOURCE)
+    add_custom_command(OUTPUT ${PROJECT_LOCALE_DIR}/tr_TR.UTF-8/LC_COLLATE
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_LOCALE_DIR}
+        COMMAND ${LOCALEDEF} -i ${LOCALE_SOURCE} -f UTF-8 ${PROJECT_LOCALE_DIR}/tr_TR.UTF-8
+        VERBATIM
+    )
+    add_custom_target(test_locale DEPENDS ${PROJECT_LOCALE_DIR}/tr_TR.UTF-8/LC_COLLATE)
+else()
+    message(STATUS "No tests in a second locale: localedef or its source of tr_TR is missing")
+endif()
+
+function(project_add_locale_run name)
+    if(NOT TARGET test_locale)
+        return()
+    endif()
+    add_dependencies(${name} test_locale)
+    add_test(NAME ${name}_turkish COMMAND ${name})
+    get_test_property(${name} ENVIRONMENT _environment)
+    list(REMOVE_ITEM _environment LC_ALL=C.UTF-8)
+    get_test_property(${name} TIMEOUT _timeout)
+    set_tests_properties(${name}_turkish PROPERTIES
+        TIMEOUT ${_timeout}
+        COST ${_timeout}
+        ENVIRONMENT "${_environment};LC_ALL=tr_TR.UTF-8;LOCPATH=${PROJECT_LOCALE_DIR}"
+    )
+endfunction()
