@@ -16,8 +16,10 @@ class Camera;
 /// Who wants to know how an opening goes on.
 struct OpeningWatch
 {
-    std::function<void()> progress;             ///< from time to time while the description arrives
-    std::function<void(Camera *)> controlTaken; ///< it has to be kept alive from now on; null: no more
+    std::function<void()> progress; ///< from time to time while the description arrives
+    /// Control is about to be taken: from now on the camera has to be kept alive, and released when the
+    /// library goes; null: no more.
+    std::function<void(Camera *)> careFor;
 };
 
 /// An open camera: its transport, its description, and the evaluator of its features.
@@ -43,9 +45,11 @@ public:
     /// just refused one for want of control.
     virtual int State() = 0;
 
-    /// Keeps the control of the camera while no feature is asked for; call about once a second.
+    /// Keeps the control of the camera, once it has been taken, while no feature is asked for; call about
+    /// once a second.
     virtual void KeepAlive() {}
-    /// Gives up control, so that the camera is free at once. Nothing may be called afterwards.
+    /// Gives up control, so that the camera is free at once; waits for a taking of it that is under way, and
+    /// forbids a later one. May be called by both threads. Nothing else may be called afterwards.
     virtual void Release() = 0;
 };
 

@@ -3,12 +3,16 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <mutex>
+#include <utility>
 
 #include "KxCameraControl/kxerrors.h"
 #include "gvcp/gvcpchannel.h"
 #include "helper/gigedevice.h"
 #include "helper/unpack.h"
 #include "protocol/description.h"
+#include "protocol/idtext.h"
 
 namespace kxcc {
 namespace {
@@ -28,7 +32,7 @@ public:
         g_clear_object(&m_pDevice);
     }
 
-    /// @return KX_CC_OK or the code of the failure; control may have been taken all the same.
+    /// @return KX_CC_OK or the code of the failure; then control was given up again.
     int Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch);
 
     ArvGc *GenICam() const override { return m_pGenICam; }
@@ -39,6 +43,11 @@ public:
 
 private:
     int TakeControl(const KX_CC_DEVICE_INFO &info);
+    int WriteControl();
+    int ReadHeartbeat();
+    int CheckName(const KX_CC_DEVICE_INFO &info);
+    template <size_t N>
+    int CheckText(uint32_t nRegister, const unsigned char (&field)[N]);
     bool IsMeant(const KX_CC_DEVICE_INFO &info);
     int FetchDescription();
     int FetchFrom(uint32_t nUrlRegister);
@@ -51,8 +60,12 @@ private:
     std::string m_strDescription;
     uint32_t m_nHeartbeatMs = 3000;
     unsigned int m_nDeniedSeen = 0;
-    std::atomic_bool m_bControls{false};
+    std::atomic_bool m_bControls{false}; ///< the camera has said so
     std::atomic_bool m_bControlLost{false};
+
+    std::mutex m_controlMutex;  ///< held while control is taken or given up; protects the two below
+    bool m_bMayControl = false; ///< it was asked for control and did not refuse
+    bool m_bReleased = false;
 };
 
 bool IsHeld(uint32_t nPrivilege)
@@ -78,18 +91,20 @@ int GigeCamera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch)
     if (!m_channel.Open(gige.nInterfaceIp, gige.nCurrentIp))
         return KX_CC_E_UNREACHABLE;
     m_channel.SetProgress(watch.progress);
-    int nCode = TakeControl(info);
-    // Parsing a description takes some 50 ms, but seconds when some hundred helpers do it at once: the
+    // From before control is taken: the library may go at any moment, and then the camera must be released.
+    // And parsing a description takes some 50 ms, but seconds when some hundred helpers do it at once: the
     // camera must not take them for a dead application's.
-    if (nCode == KX_CC_OK) {
-        watch.controlTaken(this);
+    watch.careFor(this);
+    int nCode = TakeControl(info);
+    if (nCode == KX_CC_OK)
         nCode = FetchDescription();
-    }
     if (nCode == KX_CC_OK)
         nCode = BuildFeatures();
     m_channel.SetProgress(nullptr);
-    if (nCode != KX_CC_OK)
-        watch.controlTaken(nullptr);
+    if (nCode != KX_CC_OK) {
+        Release();
+        watch.careFor(nullptr);
+    }
     return nCode;
 }
 
@@ -106,16 +121,67 @@ int GigeCamera::TakeControl(const KX_CC_DEVICE_INFO &info)
         return KX_CC_E_ACCESS_DENIED;
     if (!IsMeant(info))
         return KX_CC_E_UNREACHABLE;
-    result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
-    if (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied)
+    int nCode = WriteControl();
+    if (nCode == KX_CC_OK)
+        nCode = ReadHeartbeat();
+    return nCode == KX_CC_OK ? CheckName(info) : nCode;
+}
+
+int GigeCamera::WriteControl()
+{
+    const std::lock_guard<std::mutex> lock(m_controlMutex);
+    if (m_bReleased)
+        return KX_CC_E_LOST;
+    // The camera obeys before its answer is here.
+    m_bMayControl = true;
+    const Result result = m_channel.WriteRegister(kRegisterControlPrivilege, kPrivilegeControl);
+    if (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied) {
+        m_bMayControl = false;
         return KX_CC_E_ACCESS_DENIED;
-    if (result != Result::Ok)
-        return CodeOf(result);
-    m_bControls = true;
+    }
+    m_bControls = result == Result::Ok;
+    return CodeOf(result);
+}
+
+int GigeCamera::ReadHeartbeat()
+{
     uint32_t nHeartbeatMs = 0;
     if (m_channel.ReadRegister(kRegisterHeartbeatTimeout, nHeartbeatMs) == Result::Ok && nHeartbeatMs > 0)
         m_nHeartbeatMs = nHeartbeatMs;
     return m_channel.IsDead() ? KX_CC_E_TIMEOUT : KX_CC_OK;
+}
+
+/// Whether the camera that is controlled now has the name of the record: a discovery answer can claim the
+/// address of another camera together with its MAC address, and files are written and read under the name.
+/// A record without any identity means whoever is there.
+int GigeCamera::CheckName(const KX_CC_DEVICE_INFO &info)
+{
+    const KX_CC_GIGE_INFO &gige = info.SpecialInfo.stGigEInfo;
+    const bool bAnyone = info.nMacAddrHigh == 0 && info.nMacAddrLow == 0 && gige.chModelName[0] == '\0' &&
+                         gige.chSerialNumber[0] == '\0';
+    if (bAnyone)
+        return KX_CC_OK;
+    const int nCode = CheckText(kRegisterModelName, gige.chModelName);
+    return nCode == KX_CC_OK ? CheckText(kRegisterSerialNumber, gige.chSerialNumber) : nCode;
+}
+
+/// The record holds the text as it was cleaned, so the camera's is compared cleaned.
+template <size_t N>
+int GigeCamera::CheckText(uint32_t nRegister, const unsigned char (&field)[N])
+{
+    std::array<char, N> text{};
+    const Result result = m_channel.ReadMemory(nRegister, text.data(), N);
+    if (result == Result::Status)
+        text.fill('\0'); // it has no such register, thus no such text
+    else if (result != Result::Ok)
+        return CodeOf(result);
+    const std::string strText = CleanIdText(text.data(), N, N);
+    const std::string strMeant = CleanIdText(field, N, N);
+    if (strText == strMeant)
+        return KX_CC_OK;
+    std::fprintf(stderr, "another camera is there: \"%s\" instead of \"%s\"\n", strText.c_str(),
+                 strMeant.c_str());
+    return KX_CC_E_UNREACHABLE;
 }
 
 /// Whether the camera at the address is the one of the record. Two may have got the same address, and one
@@ -219,8 +285,11 @@ void GigeCamera::KeepAlive()
 
 void GigeCamera::Release()
 {
-    if (m_bControls.exchange(false) && !m_bControlLost && !m_channel.IsDead())
+    const std::lock_guard<std::mutex> lock(m_controlMutex);
+    m_bReleased = true;
+    if (std::exchange(m_bMayControl, false) && !m_bControlLost && !m_channel.IsDead())
         m_channel.WriteRegister(kRegisterControlPrivilege, 0);
+    m_bControls = false;
 }
 
 } // namespace
@@ -229,10 +298,8 @@ std::unique_ptr<Camera> OpenGigeCamera(const KX_CC_DEVICE_INFO &info, const Open
 {
     auto camera = std::make_unique<GigeCamera>();
     nCode = camera->Open(info, watch);
-    if (nCode != KX_CC_OK) {
-        camera->Release();
+    if (nCode != KX_CC_OK)
         camera.reset();
-    }
     return camera;
 }
 

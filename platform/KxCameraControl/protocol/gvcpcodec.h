@@ -27,7 +27,9 @@ constexpr size_t kGvcpDatagramSize = 1024;
 enum GvcpRegister : uint32_t
 {
     kRegisterDeviceMode = 0x0004,
-    kRegisterMacHigh0 = 0x0008, ///< of the first network interface; the low half follows each
+    kRegisterMacHigh0 = 0x0008,     ///< of the first network interface; the low half follows each
+    kRegisterModelName = 0x0068,    ///< 32 bytes
+    kRegisterSerialNumber = 0x00D8, ///< 16 bytes
     kRegisterDescriptionUrl0 = 0x0200,
     kRegisterDescriptionUrl1 = 0x0400,
     kRegisterMacHigh1 = 0x0680,

@@ -62,6 +62,8 @@ void ScriptedCamera::Run()
         }
         if (request.size() < kHeader || (!bNew && !m_bPending))
             continue;
+        if (bNew)
+            ++m_nCommands;
         const QByteArray answer =
             m_bPending ? Ack('\x89', request, QByteArray("\0\0\1\xF4", 4)) : Answer(request);
         sendto(m_nSocket, answer.constData(), static_cast<size_t>(answer.size()), 0,
@@ -69,7 +71,35 @@ void ScriptedCamera::Run()
     }
 }
 
+void ScriptedCamera::SetMemory(uint32_t nAddress, const QByteArray &bytes)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_memory[nAddress] = bytes;
+}
+
+uint32_t ScriptedCamera::Register(uint32_t nAddress)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return Number(Read(nAddress, 4), 0);
+}
+
+void ScriptedCamera::BeforeAnswer(int nCommand, std::function<void(uint32_t)> action)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_nActionAt = nCommand;
+    m_action = std::move(action);
+}
+
 QByteArray ScriptedCamera::Answer(const QByteArray &request)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const QByteArray answer = CarryOut(request);
+    if (m_action && m_nCommands == m_nActionAt)
+        m_action(Number(Read(0xA00, 4), 0));
+    return answer;
+}
+
+QByteArray ScriptedCamera::CarryOut(const QByteArray &request)
 {
     const uint32_t nAddress = Number(request, kHeader);
     switch (request[3]) {
@@ -79,6 +109,8 @@ QByteArray ScriptedCamera::Answer(const QByteArray &request)
         m_memory[nAddress] = request.mid(kHeader + 4, 4);
         return Ack('\x83', request, QByteArray("\0\0\0\1", 4));
     case '\x84':
+        if (nAddress == m_nRefused)
+            return QByteArray("\x80\x03\0\x85\0\0", 6) + request.mid(6, 2);
         return Ack('\x85', request,
                    request.mid(kHeader, 4) + Read(nAddress, static_cast<int>(Number(request, 12))));
     case '\x86':

@@ -5,7 +5,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <mutex>
 #include <thread>
 
 /// A camera of a few lines, for what no decent camera says: any URL, any bytes as description, and
@@ -19,15 +21,33 @@ public:
     ~ScriptedCamera();
 
     bool IsThere() const { return m_bBound; }
+    /// Puts bytes into its memory; before or while it serves.
+    void SetMemory(uint32_t nAddress, const QByteArray &bytes);
+    uint32_t Register(uint32_t nAddress);
+
+    /// Lets the action run in the camera's thread between carrying out its command number n and answering it;
+    /// it is given the control channel privilege.
+    void BeforeAnswer(int nCommand, std::function<void(uint32_t)> action);
+    int CommandCount() const { return m_nCommands; }
+
+    /// Refuses to read at this address; 0 for none.
+    void Refuse(uint32_t nAddress) { m_nRefused = nAddress; }
+
     /// Answers every command with PENDING_ACK from now on, again and again.
     void AskForTimeForEver() { m_bPending = true; }
 
 private:
     void Run();
     QByteArray Answer(const QByteArray &request);
+    QByteArray CarryOut(const QByteArray &request);
     QByteArray Read(uint32_t nAddress, int nSize) const;
 
-    std::map<uint32_t, QByteArray> m_memory;
+    std::mutex m_mutex;                      ///< protects the next three
+    std::map<uint32_t, QByteArray> m_memory; ///< blocks by address
+    int m_nActionAt = 0;
+    std::function<void(uint32_t)> m_action;
+    std::atomic_int m_nCommands{0};
+    std::atomic<uint32_t> m_nRefused{0};
     int m_nSocket = -1;
     bool m_bBound = false;
     std::atomic_bool m_bPending{false};

@@ -137,7 +137,9 @@ KX_CC_API int KX_CC_CreateHandle(void **phDevice, const KX_CC_DEVICE_INFO *pstDe
  * @retval KX_CC_E_HANDLE         not a handle
  * @retval KX_CC_E_ALREADY_OPEN   open already
  * @retval KX_CC_E_UNSUPPORTED    another access mode, or a key
- * @retval KX_CC_E_UNREACHABLE    the camera does not answer, or another one does at its address
+ * @retval KX_CC_E_UNREACHABLE    the camera does not answer, or another one does at its address: the MAC
+ *                                address, the model and the serial number are compared with the record. A
+ *                                record with none of them means whoever is there
  * @retval KX_CC_E_ACCESS_DENIED  another application controls it
  * @retval KX_CC_E_DESCRIPTION    its description is missing or was refused: it holds a DTD, is nested
  *                                deeper than 256 levels, is over 64 MB, or is no GenICam description
