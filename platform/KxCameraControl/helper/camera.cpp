@@ -1,6 +1,7 @@
 #include "helper/camera.h"
 
 #include "KxCameraControl/kxerrors.h"
+#include "helper/formulanodes.h"
 #include "protocol/description.h"
 
 namespace kxcc {
@@ -17,6 +18,7 @@ int Camera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch, std::
 
 ArvGc *MakeGenICam(ArvDevice *pDevice, const std::string &strText)
 {
+    InstallFormulas();
     ArvGc *pGenICam = arv_gc_new(pDevice, strText.data(), strText.size());
     if (pGenICam == nullptr)
         return nullptr;

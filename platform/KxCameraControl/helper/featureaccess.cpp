@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "KxCameraControl/kxerrors.h"
+#include "helper/nodeproperties.h"
 
 namespace kxcc {
 namespace {
@@ -28,29 +29,13 @@ int Lock(ArvGcFeatureNode *pNode)
     return bLocked ? KX_CC_E_FEATURE_ACCESS : KX_CC_OK;
 }
 
-/// A property of the node itself; null when it has none of the type.
-ArvGcPropertyNode *PropertyOf(ArvGcNode *pNode, ArvGcPropertyNodeType type)
-{
-    for (ArvDomNode *pChild = arv_dom_node_get_first_child(ARV_DOM_NODE(pNode)); pChild != nullptr;
-         pChild = arv_dom_node_get_next_sibling(pChild)) {
-        if (ARV_IS_GC_PROPERTY_NODE(pChild) &&
-            arv_gc_property_node_get_node_type(ARV_GC_PROPERTY_NODE(pChild)) == type)
-            return ARV_GC_PROPERTY_NODE(pChild);
-    }
-    return nullptr;
-}
-
-/// The node that the feature hands its value on to; null at the end of the chain.
-ArvGcNode *ValueNode(ArvGcNode *pNode)
-{
-    ArvGcPropertyNode *pLink = PropertyOf(pNode, ARV_GC_PROPERTY_NODE_TYPE_P_VALUE);
-    return pLink == nullptr ? nullptr : arv_gc_property_node_get_linked_node(pLink);
-}
-
 /// Conditions hold for a feature when they hold for every node down to the register.
 int Usability(ArvGcNode *pNode, bool bForWriting)
 {
+    ArvGcNode *const pFeature = pNode;
     for (; pNode != nullptr && ARV_IS_GC_FEATURE_NODE(pNode); pNode = ValueNode(pNode)) {
+        if (bForWriting && pNode != pFeature && ARV_IS_GC_BOOLEAN(pNode))
+            return KX_CC_E_FEATURE_BROKEN; // Aravis would write nothing, without an error
         int nCode = Availability(ARV_GC_FEATURE_NODE(pNode));
         if (nCode == KX_CC_OK && bForWriting)
             nCode = Lock(ARV_GC_FEATURE_NODE(pNode));

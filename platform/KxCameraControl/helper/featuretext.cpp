@@ -1,5 +1,6 @@
 #include "helper/featureaccess.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -37,7 +38,8 @@ std::vector<ArvGcNode *> EntriesOf(ArvGcNode *pEnumeration)
     std::vector<ArvGcNode *> entries;
     for (const GSList *pItem = arv_gc_enumeration_get_entries(ARV_GC_ENUMERATION(pEnumeration));
          pItem != nullptr; pItem = pItem->next)
-        entries.insert(entries.begin(), static_cast<ArvGcNode *>(pItem->data));
+        entries.push_back(static_cast<ArvGcNode *>(pItem->data));
+    std::reverse(entries.begin(), entries.end());
     return entries;
 }
 
@@ -117,6 +119,9 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
             return KX_CC_E_FEATURE_VALUE; // no such entry, or a text that a line cannot hold
         strValue = szText;
     }
+    // An entry whose number is none would be found for 0.
+    if (kind == FeatureKind::Enumeration && !m_check.IsSound(EntryByName(pNode, strValue)))
+        return KX_CC_E_FEATURE_BROKEN;
     return KX_CC_OK;
 }
 

@@ -102,6 +102,8 @@ QByteArray ScriptedCamera::Answer(const QByteArray &request)
 QByteArray ScriptedCamera::CarryOut(const QByteArray &request)
 {
     const uint32_t nAddress = Number(request, kHeader);
+    const bool bWrite = request[3] == '\x82' || request[3] == '\x86';
+    m_nWrites += bWrite && nAddress >= 0x10000 ? 1 : 0;
     switch (request[3]) {
     case '\x80':
         return Ack('\x81', request, Read(nAddress, 4));
