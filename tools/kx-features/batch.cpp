@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include <process/processroom.h>
 #include <worker/qoperatethread.h>
 
 Batch::Batch(Operation operation, const QVector<Camera> &cameras, const QString &path, QObject *pParent)
@@ -35,20 +36,43 @@ void Batch::Start()
     if (m_cameras.isEmpty()) {
         QTimer::singleShot(0, this, &Batch::Finished);
     }
-    for (int index = 0; index < m_cameras.size(); ++index) {
-        if (m_results.at(index).strMessage.isEmpty()) {
-            StartWorker(index);
-        } else {
-            QTimer::singleShot(0, this, [this, index] { Finish(index); });
+    m_nPlaces = ProcessRoom::ForWorkers();
+    StartWaiting();
+}
+
+void Batch::StartWaiting()
+{
+    while (m_nStarted < m_cameras.size() && (m_workers.size() < m_nPlaces || m_workers.isEmpty())) {
+        const int index = m_nStarted;
+        const bool isRefused = !m_results.at(index).strMessage.isEmpty();
+        const bool hasWorker = !isRefused && m_nPlaces > 0 && StartWorker(index);
+        if (!isRefused && !hasWorker && !m_workers.isEmpty()) {
+            // Other programs took threads meanwhile. This camera's turn comes when a worker has ended.
+            m_nPlaces = m_workers.size();
+            return;
         }
+        if (!hasWorker) {
+            FailWithoutWorker(index);
+        }
+        ++m_nStarted;
     }
 }
 
-void Batch::StartWorker(int index)
+void Batch::FailWithoutWorker(int index)
+{
+    QString &message = m_results[index].strMessage;
+    if (message.isEmpty()) {
+        message = m_nPlaces > 0 ? QStringLiteral("This computer allows no further thread.")
+                                : QStringLiteral("This computer allows too few open files.");
+    }
+    // Not at once: who starts a batch may not wait for its signals yet.
+    QTimer::singleShot(0, this, [this, index] { Finish(index); });
+}
+
+bool Batch::StartWorker(int index)
 {
     const Camera &camera = m_cameras.at(index);
     auto *pWorker = new QOperateThread(this);
-    m_workers << pWorker;
     if (m_operation == Operation::Export) {
         pWorker->SetExportThreadInfo(camera.record, m_strPath);
         m_files[index] = ExportFile(m_results.at(index).strFile);
@@ -61,19 +85,29 @@ void Batch::StartWorker(int index)
                 m_results[index].strMessage = failed ? text : QString();
             });
     // Not SigEndThread: a worker may send that twice.
-    connect(pWorker, &QThread::finished, this, [this, index, pWorker] { OnWorkerFinished(index, *pWorker); });
-    pWorker->start();
+    connect(pWorker, &QThread::finished, this, [this, index, pWorker] { OnWorkerFinished(index, pWorker); });
+    if (!ProcessRoom::Start(pWorker)) {
+        delete pWorker;
+        return false;
+    }
+    m_workers << pWorker;
+    return true;
 }
 
-void Batch::OnWorkerFinished(int index, const QOperateThread &worker)
+void Batch::OnWorkerFinished(int index, QOperateThread *pWorker)
 {
+    // Its last signal comes before the thread gives back what it has of the system.
+    pWorker->wait();
+    m_workers.removeOne(pWorker);
+    pWorker->deleteLater();
     // The worker does not tell that the disk was full; it knows where the file does not show it, as when an
     // old one was put back.
     QString &message = m_results[index].strMessage;
     if (m_operation == Operation::Export && message.isEmpty()) {
-        message = m_files.at(index).Problem(worker.IsFileWritten());
+        message = m_files.at(index).Problem(pWorker->IsFileWritten());
     }
     Finish(index);
+    StartWaiting();
 }
 
 void Batch::Finish(int index)

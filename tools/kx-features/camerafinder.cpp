@@ -3,8 +3,12 @@
 #include <KxCameraControl/kxcameracontrol.h>
 
 #include <algorithm>
+#include <atomic>
+#include <system_error>
 #include <thread>
 #include <vector>
+
+#include <process/processroom.h>
 
 namespace {
 
@@ -16,18 +20,35 @@ struct DirectAnswer
     int result;
 };
 
-// All addresses at once: one that does not answer costs the whole time, and there may be many of them.
+const int kMostQuestions = 256; // at once
+
+// How many addresses are asked at the same time: each takes a thread and a socket.
+int QuestionsAtOnce(int addresses)
+{
+    const int byDescriptors = ProcessRoom::FreeDescriptors() / 2;
+    return std::clamp(addresses, 1, qMin(kMostQuestions, qMax(1, byDescriptors)));
+}
+
+// Side by side: one that does not answer costs the whole time, and there may be many of them.
 std::vector<DirectAnswer> AskDirectly(const QStringList &addresses, int searchMs)
 {
     std::vector<DirectAnswer> answers(static_cast<size_t>(addresses.size()));
+    std::atomic_int next{0};
+    const auto askTheRest = [&] {
+        for (int i = next++; i < addresses.size(); i = next++) {
+            DirectAnswer &answer = answers[static_cast<size_t>(i)];
+            answer.result = KX_CC_FindDevice(addresses.at(i).toLatin1().constData(),
+                                             static_cast<unsigned int>(searchMs), &answer.info);
+        }
+    };
     std::vector<std::thread> threads;
-    for (int i = 0; i < addresses.size(); ++i) {
-        DirectAnswer &answer = answers[static_cast<size_t>(i)];
-        threads.emplace_back([&answer, address = addresses.at(i).toLatin1(), searchMs] {
-            answer.result =
-                KX_CC_FindDevice(address.constData(), static_cast<unsigned int>(searchMs), &answer.info);
-        });
+    try {
+        for (int i = 1; i < QuestionsAtOnce(addresses.size()); ++i) {
+            threads.emplace_back(askTheRest);
+        }
+    } catch (const std::system_error &) { // no further thread is allowed: fewer will do
     }
+    askTheRest();
     for (std::thread &thread : threads) {
         thread.join();
     }
