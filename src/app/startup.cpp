@@ -6,9 +6,8 @@
 #include <QStyleFactory>
 
 #include <ToolBase/lumointerface.h>
+#include <language/languageversion.h>
 #include <ui/mainwidget.h>
-
-#include "languageversion.h"
 
 QString g_strExeName = QStringLiteral("Import_Export_Features"); // RunTool() sets the one that is used
 

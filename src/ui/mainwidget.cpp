@@ -19,7 +19,7 @@
 #include <StyleCtl/tarncustomtablewidget.h>
 #include <StyleCtl/tarncustomtitlebar.h>
 #include <ToolBase/lumointerface.h>
-#include <app/languageversion.h>
+#include <language/languageversion.h>
 
 #include "helddeletes.h"
 #include "operatetype.h"

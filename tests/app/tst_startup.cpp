@@ -5,8 +5,8 @@
 
 #include <StyleCtl/tarncustom.h>
 #include <ToolBase/lumointerface.h>
-#include <app/languageversion.h>
 #include <app/startup.h>
+#include <language/languageversion.h>
 #include <scripteddevices.h>
 #include <ui/mainwidget.h>
 

@@ -13,7 +13,7 @@
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustomtitlebar.h>
 #include <ToolBase/lumointerface.h>
-#include <app/languageversion.h>
+#include <language/languageversion.h>
 
 #include "scriptedcameras.h"
 #include "windowfixture.h"

@@ -2,8 +2,8 @@
 
 #include <DevListMgr/lumodevicetree.h>
 #include <StyleCtl/tarncustompushbutton.h>
-#include <app/languageversion.h>
 #include <camerafarm.h>
+#include <language/languageversion.h>
 #include <modalhands.h>
 
 #include "toolwindow.h"

@@ -2,7 +2,7 @@
 
 #include <StyleCtl/tarncustom.h>
 #include <ToolBase/lumointerface.h>
-#include <app/languageversion.h>
+#include <language/languageversion.h>
 
 class tst_LanguageVersion : public QObject
 {
