@@ -1,3 +1,5 @@
+#include <QApplication>
+#include <QHoverEvent>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
@@ -13,6 +15,8 @@ private slots:
     void cleanup();
 
     void SetCheckBoxVisible_BeforeTheTableHasColumns_IsKept();
+    void SetCheckBoxVisible_ShownTwice_KeepsState();
+    void SetCheckBoxVisible_NoSuchSection_Ignored();
     void SetCheckState_WithEmit_SignalledOnceAlsoWithoutChange();
     void SetCheckState_WithoutEmit_NoSignal();
     void SetCheckState_SectionWithoutBox_NothingAndNoSignal();
@@ -23,13 +27,19 @@ private slots:
     void Click_OtherSection_SortsAndLeavesTheBox();
     void KeySpace_BoxSection_Ticks();
     void AccessibleText_FollowsState();
+    void AccessibleText_BoxTakenAway_Goes();
+    void AccessibleText_LanguageChanged_IsSetAnew();
     void Paint_Ticked_LooksDifferent();
+    void Paint_Hovered_BoxHasTheAccentAsItsBorder();
+    void Paint_OtherSection_ShowsItsText();
 
 private:
     void Click(int nSection);
 
     QTableWidget *m_pTable = nullptr;
     TarnCustomCheckHeaderView *m_pHeader = nullptr;
+    void CheckBoxSection_SomeOrNone_IsTheFirst();
+    void Construct_ParentAlone_IsHorizontalWithoutBoxes();
 };
 
 void tst_TarnCustomCheckHeaderView::init()
@@ -65,6 +75,21 @@ void tst_TarnCustomCheckHeaderView::SetCheckBoxVisible_BeforeTheTableHasColumns_
     QCOMPARE(m_pHeader->checkState(0), Qt::Unchecked);
     m_pHeader->setCheckBoxVisible(0, false);
     QVERIFY(!m_pHeader->isCheckBoxVisible(0));
+}
+
+void tst_TarnCustomCheckHeaderView::SetCheckBoxVisible_ShownTwice_KeepsState()
+{
+    m_pHeader->setCheckState(0, Qt::Checked);
+    m_pHeader->setCheckBoxVisible(0, true);
+    QCOMPARE(m_pHeader->checkState(0), Qt::Checked);
+}
+
+void tst_TarnCustomCheckHeaderView::SetCheckBoxVisible_NoSuchSection_Ignored()
+{
+    m_pHeader->setCheckBoxVisible(-1, true);
+    QVERIFY(!m_pHeader->isCheckBoxVisible(-1));
+    m_pHeader->setCheckBoxVisible(1, false);
+    QVERIFY(!m_pHeader->isCheckBoxVisible(1));
 }
 
 void tst_TarnCustomCheckHeaderView::SetCheckState_WithEmit_SignalledOnceAlsoWithoutChange()
@@ -155,11 +180,80 @@ void tst_TarnCustomCheckHeaderView::AccessibleText_FollowsState()
     QVERIFY(ticked != text());
 }
 
+void tst_TarnCustomCheckHeaderView::AccessibleText_BoxTakenAway_Goes()
+{
+    const auto text = [this](int nSection) {
+        return m_pTable->model()->headerData(nSection, Qt::Horizontal, Qt::AccessibleTextRole).toString();
+    };
+    m_pHeader->setCheckBoxVisible(1, true);
+    QCOMPARE(text(1), QString("Select all, not ticked"));
+    m_pHeader->setCheckState(1, Qt::PartiallyChecked);
+    QCOMPARE(text(1), QString("Select all, ticked"));
+    m_pHeader->setCheckBoxVisible(1, false);
+    QVERIFY(text(1) != QString("Select all, ticked"));
+}
+
+void tst_TarnCustomCheckHeaderView::AccessibleText_LanguageChanged_IsSetAnew()
+{
+    m_pHeader->setCheckState(0, Qt::Checked);
+    m_pTable->model()->setHeaderData(0, Qt::Horizontal, "in another language", Qt::AccessibleTextRole);
+    m_pHeader->setAccessibleName("in another language");
+    QEvent change(QEvent::LanguageChange);
+    QApplication::sendEvent(m_pHeader, &change);
+    QCOMPARE(m_pTable->model()->headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(),
+             QString("Select all, ticked"));
+    QCOMPARE(m_pHeader->accessibleName(), QString("Column headers"));
+    QVERIFY(m_pHeader->accessibleDescription().contains("selects all rows"));
+}
+
 void tst_TarnCustomCheckHeaderView::Paint_Ticked_LooksDifferent()
 {
     const QImage unticked = m_pHeader->grab().toImage();
     m_pHeader->setCheckState(0, Qt::Checked);
     QVERIFY(m_pHeader->grab().toImage() != unticked);
+}
+
+void tst_TarnCustomCheckHeaderView::Paint_Hovered_BoxHasTheAccentAsItsBorder()
+{
+    const auto border = [this] {
+        const QRect section(m_pHeader->sectionViewportPosition(0), 0, m_pHeader->sectionSize(0),
+                            m_pHeader->height());
+        const QImage image = m_pHeader->viewport()->grab(section).toImage();
+        // The box stands in the middle of what the padding leaves.
+        return image.pixelColor(section.width() / 2, (section.height() - 16) / 2);
+    };
+    const QColor accent("#f76900");
+    QVERIFY(border() != accent);
+    QHoverEvent move(QEvent::HoverMove, QPoint(10, 8), QPoint(-1, -1));
+    QApplication::sendEvent(m_pHeader->viewport(), &move);
+    QCOMPARE(border(), accent);
+    m_pHeader->setDisabled(true);
+    QVERIFY(border() != accent);
+}
+
+void tst_TarnCustomCheckHeaderView::Paint_OtherSection_ShowsItsText()
+{
+    const QImage before = m_pHeader->grab().toImage();
+    m_pTable->setHorizontalHeaderItem(2, new QTableWidgetItem("other"));
+    QVERIFY(m_pHeader->grab().toImage() != before);
+}
+
+void tst_TarnCustomCheckHeaderView::CheckBoxSection_SomeOrNone_IsTheFirst()
+{
+    m_pHeader->setCheckBoxVisible(2, true);
+    QCOMPARE(m_pHeader->checkBoxSection(), 0);
+    m_pHeader->setCheckBoxVisible(0, false);
+    QCOMPARE(m_pHeader->checkBoxSection(), 2);
+    m_pHeader->setCheckBoxVisible(2, false);
+    QCOMPARE(m_pHeader->checkBoxSection(), -1);
+}
+
+void tst_TarnCustomCheckHeaderView::Construct_ParentAlone_IsHorizontalWithoutBoxes()
+{
+    TarnCustomCheckHeaderView header(m_pTable);
+    QCOMPARE(header.orientation(), Qt::Horizontal);
+    QCOMPARE(header.parentWidget(), static_cast<QWidget *>(m_pTable));
+    QCOMPARE(header.checkBoxSection(), -1);
 }
 
 QTEST_MAIN(tst_TarnCustomCheckHeaderView)
