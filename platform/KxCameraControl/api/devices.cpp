@@ -39,20 +39,19 @@ int MakeHandle(void **ppHandle, Args &&...args)
     }
 }
 
-/// The way that the system would take to the address: the one interface whose subnet it lies in, else all.
-std::vector<kxcc::Interface> InterfacesFor(uint32_t nIp)
+/// Where the address may be reached: by the interfaces whose subnet it lies in, else by all that lead
+/// outward.
+std::vector<kxcc::Interface> InterfacesFor(uint32_t nIp, const std::vector<kxcc::Interface> &all)
 {
-    const std::vector<kxcc::Interface> all = kxcc::ListInterfaces();
-    for (const kxcc::Interface &interface : all) {
-        if (interface.Contains(nIp))
-            return {interface};
-    }
+    std::vector<kxcc::Interface> own;
     std::vector<kxcc::Interface> outward;
     for (const kxcc::Interface &interface : all) {
+        if (interface.Contains(nIp))
+            own.push_back(interface);
         if (!interface.bLoopback)
             outward.push_back(interface);
     }
-    return outward;
+    return own.empty() ? outward : own;
 }
 
 } // namespace
@@ -88,15 +87,19 @@ int KX_CC_FindDevice(const char *szAddress, unsigned int nTimeoutMs, KX_CC_DEVIC
     if (szAddress == nullptr || !IsTimeout(nTimeoutMs) || inet_pton(AF_INET, szAddress, &address) != 1)
         return KX_CC_E_PARAMETER;
     const uint32_t nIp = ntohl(address.s_addr);
+    const std::vector<kxcc::Interface> all = kxcc::ListInterfaces();
+    if (!kxcc::IsOneDevice(nIp, all))
+        return KX_CC_E_PARAMETER;
     kxcc::Round round;
-    if (!round.Open(InterfacesFor(nIp)))
+    if (!round.Open(InterfacesFor(nIp, all)))
         return KX_CC_E_UNREACHABLE;
     const uint64_t nBefore = kxcc::OpenCameras::Instance().Now();
     round.CollectFrom(nIp, static_cast<int>(nTimeoutMs));
-    if (round.Cameras().empty())
-        return KX_CC_E_UNREACHABLE;
     round.ReadAccess();
-    *pstDevInfo = round.Cameras().front();
+    const auto cameras = round.Cameras();
+    if (cameras.empty())
+        return KX_CC_E_UNREACHABLE;
+    *pstDevInfo = cameras.front();
     if (kxcc::OpenCameras::Instance().WasOpenSince(*pstDevInfo, nBefore))
         pstDevInfo->nAccessStatus = KX_CC_ACCESS_FREE;
     return KX_CC_OK;

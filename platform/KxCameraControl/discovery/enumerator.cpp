@@ -33,7 +33,8 @@ int Enumerator::Run(int nTimeoutMs)
 
 int Enumerator::FindGige(int nTimeoutMs, std::vector<KX_CC_DEVICE_INFO> &found)
 {
-    Round round;
+    m_newcomers.BeginRound(Newcomers::Clock::now());
+    Round round(&m_newcomers);
     if (!round.Open(ListInterfaces()))
         return KX_CC_E_RESOURCE;
     const auto before = OpenCameras::Instance().Now();

@@ -5,6 +5,7 @@
 
 #include "KxCameraControl/kxdeviceinfo.h"
 #include "discovery/knowncameras.h"
+#include "discovery/newcomers.h"
 
 namespace kxcc {
 
@@ -28,6 +29,7 @@ private:
 
     const unsigned int m_nTransports;
     KnownCameras m_known;
+    Newcomers m_newcomers{m_known};
     UsbLister *m_pUsb;
 };
 

@@ -46,8 +46,9 @@ bool GvcpSocket::Open(const Interface &interface, Way way)
     m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (m_nSocket < 0)
         return false;
-    const int nOn = 1;
-    setsockopt(m_nSocket, SOL_SOCKET, SO_BROADCAST, &nOn, sizeof nOn);
+    // What is routed goes to one device: without the option the system itself refuses a broadcast address.
+    const int nBroadcast = way == Way::Interface ? 1 : 0;
+    setsockopt(m_nSocket, SOL_SOCKET, SO_BROADCAST, &nBroadcast, sizeof nBroadcast);
     setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
     setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUFFORCE, &kReceiveBuffer, sizeof kReceiveBuffer);
     return Bind(way);

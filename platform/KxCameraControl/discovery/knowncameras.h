@@ -27,6 +27,7 @@ public:
     /// In the order of CameraOrder.
     const std::vector<KX_CC_DEVICE_INFO> &List() const { return m_list; }
     size_t CountOf(uint32_t nTransport) const;
+    bool Contains(const KX_CC_DEVICE_INFO &info) const { return m_misses.count(info) != 0; }
 
 private:
     std::map<KX_CC_DEVICE_INFO, int, CameraOrder> m_misses; ///< in a row, by camera

@@ -1,6 +1,7 @@
 #include "discovery/round.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <poll.h>
 
@@ -14,25 +15,15 @@ using std::chrono::milliseconds;
 // GVCP reserves request id 0.
 constexpr uint16_t kDiscoveryId = 0xFFFF;
 constexpr uint32_t kEveryone = 0xFFFFFFFF;
-// Repeated, because a datagram can get lost where some hundred come at once.
-constexpr milliseconds kRepeat(250);
+// Repeated as long as the search lasts, because a datagram can get lost, most of all where some hundred come
+// at once.
+constexpr milliseconds kRepeat(300);
 // The standard lets a camera wait with its answer; most do not.
 constexpr milliseconds kQuiet(150);
 constexpr milliseconds kAccessTime(450);
 constexpr milliseconds kAccessRepeat(120);
 // Of a device that answers without end, before the clock is looked at again.
 constexpr int kMostDatagrams = 1000;
-
-uint32_t AccessOf(const GvcpAck &ack)
-{
-    if (ack.nStatus == kGvcpStatusAccessDenied)
-        return KX_CC_ACCESS_IN_USE;
-    const auto privilege = ParseRegisterAck(ack);
-    if (ack.nStatus != 0 || !privilege)
-        return KX_CC_ACCESS_UNREACHABLE;
-    return (*privilege & (kPrivilegeControl | kPrivilegeExclusive)) != 0 ? KX_CC_ACCESS_IN_USE
-                                                                         : KX_CC_ACCESS_FREE;
-}
 
 } // namespace
 
@@ -62,13 +53,10 @@ bool Round::Open(const std::vector<Interface> &interfaces)
 {
     for (const Interface &interface : interfaces) {
         GvcpSocket socket;
-        GvcpSocket routed;
-        if (!socket.Open(interface, GvcpSocket::Way::Interface) ||
-            !routed.Open(interface, GvcpSocket::Way::Routed))
+        if (!socket.Open(interface, GvcpSocket::Way::Interface) || !m_access.Open(interface))
             continue;
         m_interfaces.push_back(interface);
         m_sockets.push_back(std::move(socket));
-        m_routed.push_back(std::move(routed));
     }
     return !m_sockets.empty();
 }
@@ -89,56 +77,83 @@ void Round::Ask(uint32_t nIp)
 
 void Round::Collect(int nTimeoutMs, size_t nExpected)
 {
-    const auto end = Clock::now() + milliseconds(nTimeoutMs);
-    auto repeat = Clock::now() + kRepeat;
-    auto quietSince = Clock::now();
-    bool bRepeated = false;
-    Broadcast();
-    while (Clock::now() < end) {
-        Wait(m_sockets, std::min({end, bRepeated ? end : repeat, quietSince + kQuiet}));
-        const auto now = Clock::now();
+    const auto start = Clock::now();
+    const auto end = start + milliseconds(nTimeoutMs);
+    auto repeat = start;
+    auto quietSince = start;
+    for (auto now = start; now < end; now = Clock::now()) {
+        if (now >= repeat) {
+            Broadcast();
+            repeat = now + kRepeat;
+        }
+        AskAccess();
+        Wait(Sockets::All, std::min({end, repeat, quietSince + kQuiet}));
+        const auto heard = Clock::now();
         const bool bNew = TakeAnswers() > 0;
-        const bool bQuiet = !bNew && now >= quietSince + kQuiet;
-        if (bQuiet && nExpected > 0 && m_cameras.size() >= nExpected)
+        const bool bQuiet = !bNew && heard >= quietSince + kQuiet;
+        if (bQuiet && nExpected > 0 && m_found.size() >= nExpected && m_access.IsDone())
             return;
         if (bNew || bQuiet)
-            quietSince = now;
-        if (!bRepeated && now >= repeat) {
-            bRepeated = true;
-            Broadcast();
-        }
+            quietSince = heard;
     }
 }
 
 void Round::CollectFrom(uint32_t nIp, int nTimeoutMs)
 {
+    m_asked = nIp;
     const auto end = Clock::now() + milliseconds(nTimeoutMs);
-    while (m_cameras.empty() && Clock::now() < end) {
+    while (m_found.empty() && Clock::now() < end) {
         Ask(nIp);
         const auto repeat = std::min(end, Clock::now() + kRepeat);
-        while (m_cameras.empty() && Clock::now() < repeat) {
-            Wait(m_sockets, repeat);
+        while (m_found.empty() && Clock::now() < repeat) {
+            Wait(Sockets::All, repeat);
             TakeAnswers();
         }
     }
 }
 
-/// @return true when a datagram is there
-bool Round::Wait(const std::vector<GvcpSocket> &sockets, Clock::time_point until)
+void Round::ReadAccess()
 {
-    std::vector<pollfd> descriptors;
-    descriptors.reserve(sockets.size());
-    for (const GvcpSocket &socket : sockets)
-        descriptors.push_back({socket.Descriptor(), POLLIN, 0});
-    const auto left = std::chrono::duration_cast<milliseconds>(until - Clock::now()) + milliseconds(1);
-    return poll(descriptors.data(), descriptors.size(),
-                static_cast<int>(std::max<long long>(left.count(), 0))) > 0;
+    const auto end = Clock::now() + kAccessTime;
+    while (!m_access.IsDone() && Clock::now() < end) {
+        AskAccess();
+        Wait(Sockets::Access, end);
+        TakeAccess();
+    }
 }
 
-/// Hands over what is there already: the acknowledge, nothing for bytes that are none, the sender, and the
-/// index of the interface.
-void Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
+std::vector<KX_CC_DEVICE_INFO> Round::Cameras() const
 {
+    std::vector<KX_CC_DEVICE_INFO> cameras;
+    for (size_t i = 0; i < m_found.size(); ++i) {
+        if (m_pNewcomers != nullptr && m_pNewcomers->IsBarred(m_found[i].nSender))
+            continue;
+        cameras.push_back(m_found[i].info);
+        cameras.back().nAccessStatus = m_access.StatusOf(i);
+    }
+    return cameras;
+}
+
+/// Until then, a datagram, or the time to ask for the access status again.
+void Round::Wait(Sockets which, Clock::time_point until) const
+{
+    std::vector<pollfd> descriptors;
+    descriptors.reserve(2 * m_sockets.size());
+    for (const GvcpSocket &socket : m_access.Sockets())
+        descriptors.push_back({socket.Descriptor(), POLLIN, 0});
+    for (size_t i = 0; which == Sockets::All && i < m_sockets.size(); ++i)
+        descriptors.push_back({m_sockets[i].Descriptor(), POLLIN, 0});
+    if (!m_access.IsDone())
+        until = std::min(until, m_nextAccess);
+    const auto left = std::chrono::duration_cast<milliseconds>(until - Clock::now()) + milliseconds(1);
+    poll(descriptors.data(), descriptors.size(), static_cast<int>(std::max<long long>(left.count(), 0)));
+}
+
+/// Hands over what is there already: the acknowledge, the sender, and the index of the interface.
+/// @return how many datagrams were there, those included that are none
+size_t Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
+{
+    size_t nTaken = 0;
     for (size_t i = 0; i < sockets.size(); ++i) {
         uint8_t datagram[kGvcpDatagramSize];
         uint32_t nFrom = 0;
@@ -146,87 +161,80 @@ void Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
             const size_t nSize = sockets[i].Receive(datagram, sizeof datagram, nFrom);
             if (nSize == 0)
                 break;
-            take(ParseAck(datagram, nSize), nFrom, i);
+            ++nTaken;
+            if (const auto ack = ParseAck(datagram, nSize))
+                take(*ack, nFrom, i);
         }
     }
-}
-
-/// @return how many datagrams were there
-size_t Round::TakeAnswers()
-{
-    size_t nTaken = 0;
-    Drain(m_sockets, [&](const std::optional<GvcpAck> &ack, uint32_t /*sender*/, size_t nInterface) {
-        ++nTaken;
-        const auto answer = ack ? ParseDiscoveryAck(*ack) : std::nullopt;
-        if (answer && ack->nRequestId == kDiscoveryId)
-            Add(*answer, nInterface);
-    });
     return nTaken;
 }
 
+/// @return how many datagrams were there of the search
+size_t Round::TakeAnswers()
+{
+    TakeAccess();
+    return Drain(m_sockets, [this](const GvcpAck &ack, uint32_t nSender, size_t nInterface) {
+        TakeDiscovery(ack, nSender, nInterface);
+    });
+}
+
+void Round::TakeAccess()
+{
+    Drain(m_access.Sockets(), [this](const GvcpAck &ack, uint32_t nSender, size_t /*interface*/) {
+        m_access.TakeAnswer(ack, nSender);
+    });
+}
+
+void Round::AskAccess()
+{
+    const auto now = Clock::now();
+    const bool bAgain = now >= m_nextAccess;
+    m_access.Ask(bAgain);
+    if (bAgain)
+        m_nextAccess = now + kAccessRepeat;
+}
+
+void Round::TakeDiscovery(const GvcpAck &ack, uint32_t nSender, size_t nHeardOn)
+{
+    const auto answer = ParseDiscoveryAck(ack);
+    if (!answer || ack.nRequestId != kDiscoveryId)
+        return;
+    if (m_asked && (nSender != *m_asked || answer->nCurrentIp != *m_asked))
+        return; // somebody else's, or one that leads to somebody else
+    const size_t nInterface = WayTo(answer->nCurrentIp, nHeardOn);
+    const Found found{GigeRecord(*answer, m_interfaces[nInterface]), nSender};
+    const auto former = m_indexOf.find(found.info);
+    if (former == m_indexOf.end())
+        Add(found, nInterface);
+    else if (nSender == answer->nCurrentIp && m_found[former->second].nSender != nSender)
+        m_found[former->second] = found; // the camera's own word counts, not what another said of it
+}
+
 /// The interface that reaches the camera: the one it was heard on, unless the camera's subnet is that of
-/// another one. On a switch with two of our interfaces an answer may arrive at either.
+/// another one. On a switch with two of our interfaces an answer may arrive at either; but none that came
+/// from outside leads to this machine's own network, nor the other way round.
 size_t Round::WayTo(uint32_t nCameraIp, size_t nHeardOn) const
 {
     if (m_interfaces[nHeardOn].Contains(nCameraIp))
         return nHeardOn;
-    const auto same = std::find_if(m_interfaces.begin(), m_interfaces.end(),
-                                   [&](const Interface &interface) { return interface.Contains(nCameraIp); });
+    const auto same = std::find_if(m_interfaces.begin(), m_interfaces.end(), [&](const Interface &interface) {
+        return interface.bLoopback == m_interfaces[nHeardOn].bLoopback && interface.Contains(nCameraIp);
+    });
     return same != m_interfaces.end() ? static_cast<size_t>(same - m_interfaces.begin()) : nHeardOn;
 }
 
-void Round::Add(const DiscoveryAck &ack, size_t nHeardOn)
+void Round::Add(const Found &found, size_t nInterface)
 {
-    const size_t nInterface = WayTo(ack.nCurrentIp, nHeardOn);
-    const KX_CC_DEVICE_INFO info = GigeRecord(ack, m_interfaces[nInterface]);
-    if (m_cameras.size() == MOST_CAMERAS || !m_seen.insert(info).second)
+    if (m_found.size() == MOST_CAMERAS ||
+        (m_pNewcomers != nullptr && !m_pNewcomers->Admit(found.nSender, found.info)))
         return;
-    m_cameras.push_back(info);
-    m_interfaceOf.push_back(nInterface);
-}
-
-/// By the way that opening takes: a camera of another subnet, which the search reaches all the same, is
-/// unreachable unless there is a route to it.
-void Round::ReadAccess()
-{
-    for (KX_CC_DEVICE_INFO &camera : m_cameras)
-        camera.nAccessStatus = KX_CC_ACCESS_UNREACHABLE; // unless it answers
-    std::vector<bool> answered(m_cameras.size(), false);
-    size_t nLeft = m_cameras.size();
-    const auto end = Clock::now() + kAccessTime;
-    while (nLeft > 0 && Clock::now() < end) {
-        AskAccess(answered);
-        const auto repeat = std::min(end, Clock::now() + kAccessRepeat);
-        while (nLeft > 0 && Clock::now() < repeat) {
-            Wait(m_routed, repeat);
-            nLeft -= TakeAccess(answered);
-        }
-    }
-}
-
-void Round::AskAccess(const std::vector<bool> &answered)
-{
-    for (size_t i = 0; i < m_cameras.size(); ++i) {
-        if (!answered[i])
-            m_routed[m_interfaceOf[i]].Send(
-                m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp,
-                BuildReadRegister(static_cast<uint16_t>(i % 0xFFFE + 1), kRegisterControlPrivilege));
-    }
-}
-
-size_t Round::TakeAccess(std::vector<bool> &answered)
-{
-    size_t nNew = 0;
-    Drain(m_routed, [&](const std::optional<GvcpAck> &ack, uint32_t nFrom, size_t /*interface*/) {
-        const size_t i = ack && ack->nRequestId > 0 ? ack->nRequestId - 1U : m_cameras.size();
-        if (i >= m_cameras.size() || ack->nCommand != AckOf(GvcpCommand::ReadRegister) || answered[i] ||
-            m_cameras[i].SpecialInfo.stGigEInfo.nCurrentIp != nFrom)
-            return;
-        m_cameras[i].nAccessStatus = AccessOf(*ack);
-        answered[i] = true;
-        ++nNew;
-    });
-    return nNew;
+    m_indexOf.emplace(found.info, m_found.size());
+    m_found.push_back(found);
+    const uint32_t nIp = found.info.SpecialInfo.stGigEInfo.nCurrentIp;
+    if (nIp == m_asked || (m_interfaces[nInterface].Contains(nIp) && IsOneDevice(nIp, m_interfaces)))
+        m_access.Add(nIp, nInterface);
+    else
+        m_access.AddUnreachable();
 }
 
 } // namespace kxcc

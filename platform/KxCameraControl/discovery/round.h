@@ -4,13 +4,15 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
-#include <set>
 #include <vector>
 
 #include "KxCameraControl/kxdeviceinfo.h"
+#include "discovery/accessreader.h"
 #include "discovery/gvcpsocket.h"
 #include "discovery/knowncameras.h"
+#include "discovery/newcomers.h"
 #include "protocol/gvcpcodec.h"
 
 namespace kxcc {
@@ -18,47 +20,71 @@ namespace kxcc {
 /// The record of a camera that answered on an interface; access status unknown. Pure.
 KX_CC_DEVICE_INFO GigeRecord(const DiscoveryAck &ack, const Interface &interface);
 
-/// One round of discovery: asks, collects answers, then reads every camera's access status.
+/// One round of discovery: asks, collects answers, and reads every camera's access status.
+///
+/// What an answer says decides where the round sends to: only to addresses of one device in the network of
+/// an interface, or to the address that the caller named.
 class Round
 {
 public:
-    /// More than any network has; a device that invents cameras does not get further.
-    static constexpr size_t MOST_CAMERAS = 4096;
+    /// Of one round; more than any network has.
+    static constexpr size_t MOST_CAMERAS = Newcomers::MOST_CAMERAS;
+
+    /// @param pNewcomers  says which devices are followed; borrowed. Null: all of them
+    explicit Round(Newcomers *pNewcomers = nullptr)
+        : m_pNewcomers(pNewcomers)
+    {
+    }
 
     /// @return false when no interface could be asked
     bool Open(const std::vector<Interface> &interfaces);
 
-    /// Broadcasts on every interface, and collects answers for nTimeoutMs. Ends earlier when at least
-    /// nExpected cameras have answered and no more come.
+    /// Broadcasts on every interface, again and again, and collects answers for nTimeoutMs. Ends earlier when
+    /// at least nExpected cameras have answered, have said who controls them, and no more come.
     void Collect(int nTimeoutMs, size_t nExpected);
-    /// Asks one address instead; ends with its answer.
+    /// Asks one address instead; ends with its answer, and takes no other.
     void CollectFrom(uint32_t nIp, int nTimeoutMs);
-    /// Reads the control privilege of every camera found, all at once.
+    /// Waits a moment for the access status of cameras that have not told it yet.
     void ReadAccess();
 
-    /// The cameras found; one that answered on two interfaces stands once.
-    const std::vector<KX_CC_DEVICE_INFO> &Cameras() const { return m_cameras; }
+    /// The cameras found, with their access status; one that answered on two interfaces stands once.
+    std::vector<KX_CC_DEVICE_INFO> Cameras() const;
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Taker = std::function<void(const std::optional<GvcpAck> &, uint32_t, size_t)>;
+    using Taker = std::function<void(const GvcpAck &, uint32_t, size_t)>;
+
+    struct Found
+    {
+        KX_CC_DEVICE_INFO info;
+        uint32_t nSender;
+    };
+
+    enum class Sockets
+    {
+        All,
+        Access
+    };
 
     void Ask(uint32_t nIp);
     void Broadcast();
-    static bool Wait(const std::vector<GvcpSocket> &sockets, Clock::time_point until);
-    static void Drain(const std::vector<GvcpSocket> &sockets, const Taker &take);
+    void AskAccess();
+    void Wait(Sockets which, Clock::time_point until) const;
+    static size_t Drain(const std::vector<GvcpSocket> &sockets, const Taker &take);
     size_t TakeAnswers();
+    void TakeAccess();
     size_t WayTo(uint32_t nCameraIp, size_t nHeardOn) const;
-    void Add(const DiscoveryAck &ack, size_t nHeardOn);
-    void AskAccess(const std::vector<bool> &answered);
-    size_t TakeAccess(std::vector<bool> &answered);
+    void TakeDiscovery(const GvcpAck &ack, uint32_t nSender, size_t nHeardOn);
+    void Add(const Found &found, size_t nInterface);
 
+    Newcomers *const m_pNewcomers;
     std::vector<Interface> m_interfaces;
     std::vector<GvcpSocket> m_sockets; ///< by interface, for the search
-    std::vector<GvcpSocket> m_routed;  ///< by interface, for the access status
-    std::vector<KX_CC_DEVICE_INFO> m_cameras;
-    std::vector<size_t> m_interfaceOf; ///< by camera
-    std::set<KX_CC_DEVICE_INFO, CameraOrder> m_seen;
+    AccessReader m_access;             ///< its cameras are those of m_found
+    Clock::time_point m_nextAccess{};  ///< when the cameras that have not answered it are asked again
+    std::optional<uint32_t> m_asked;   ///< the one address that is asked
+    std::vector<Found> m_found;
+    std::map<KX_CC_DEVICE_INFO, size_t, CameraOrder> m_indexOf; ///< into m_found
 };
 
 } // namespace kxcc

@@ -8,6 +8,7 @@
 
 #include "camerafarm.h"
 #include "opencamera.h"
+#include "udpdevice.h"
 
 namespace {
 
@@ -101,8 +102,14 @@ private slots:
     void Enumerate_CamerasOnTwoInterfaces_FindsBoth();
     void Enumerate_OneCameraOnTwoInterfaces_StandsWhereItIsReached_data();
     void Enumerate_OneCameraOnTwoInterfaces_StandsWhereItIsReached();
+    void Enumerate_SubnetOfTwoInterfaces_StandsWhereItIsHeard_data();
+    void Enumerate_SubnetOfTwoInterfaces_StandsWhereItIsHeard();
+    void Enumerate_AnswerFromThisMachineNamesAnotherNetwork_IsUnreachable();
+    void FindDevice_SubnetOfTwoInterfaces_AsksOnBoth();
+    void FindDevice_BroadcastOfAnyNetworkHere_IsRefused();
 
 private:
+    static bool AddSpare(const QString &strAddress);
     std::vector<KX_CC_DEVICE_INFO> Search() const;
     /// The far camera's record; of transport 0 when it is not found in time.
     KX_CC_DEVICE_INFO Find() const;
@@ -132,8 +139,17 @@ void tst_Interfaces::init()
 void tst_Interfaces::cleanup()
 {
     KX_CC_DestroyEnumerator(m_hEnumerator);
+    if (QFile::exists("/proc/sys/net/ipv4/conf/spare0"))
+        QVERIFY(Ip("link del spare0"));
     // The cables went with the far end, a moment after it.
     QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists("/proc/sys/net/ipv4/conf/cable0"), LIMIT_MS);
+}
+
+/// One more interface, whose cable leads nowhere.
+bool tst_Interfaces::AddSpare(const QString &strAddress)
+{
+    return Ip("link add spare0 type veth peer name spare1") && Ip("addr add " + strAddress + " dev spare0") &&
+           Ip("link set spare0 up") && Ip("link set spare1 up");
 }
 
 std::vector<KX_CC_DEVICE_INFO> tst_Interfaces::Search() const
@@ -222,6 +238,76 @@ void tst_Interfaces::Enumerate_OneCameraOnTwoInterfaces_StandsWhereItIsReached()
     QCOMPARE(InterfaceOf(info), QString("cable0"));
     QCOMPARE(info.nAccessStatus, KX_CC_ACCESS_FREE);
     QCOMPARE(Search().size(), size_t{1});
+}
+
+void tst_Interfaces::Enumerate_SubnetOfTwoInterfaces_StandsWhereItIsHeard_data()
+{
+    QTest::addColumn<bool>("bSpareFirst");
+    QTest::newRow("it is heard on the first") << false;
+    QTest::newRow("it is heard on the second") << true;
+}
+
+void tst_Interfaces::Enumerate_SubnetOfTwoInterfaces_StandsWhereItIsHeard()
+{
+    QFETCH(bool, bSpareFirst);
+    QVERIFY(!bSpareFirst || AddSpare("10.1.1.9/24"));
+    FarCamera camera;
+    QVERIFY(camera.Start("10.1.1.2/24", {"cable0"}));
+    QVERIFY(Ip("addr add 10.1.1.1/24 dev cable0") && Ip("link set cable0 up"));
+    QVERIFY(bSpareFirst || AddSpare("10.1.1.9/24"));
+
+    const KX_CC_DEVICE_INFO info = Find();
+
+    QCOMPARE(InterfaceOf(info), QString("cable0"));
+    QCOMPARE(Gige(info).nInterfaceIp, 0x0A010101U);
+}
+
+void tst_Interfaces::Enumerate_AnswerFromThisMachineNamesAnotherNetwork_IsUnreachable()
+{
+    FarCamera camera;
+    QVERIFY(camera.Start("10.1.1.2/24", {"cable0"}));
+    QVERIFY(Ip("addr add 10.1.1.1/24 dev cable0") && Ip("link set cable0 up"));
+    QCOMPARE(Find().nAccessStatus, KX_CC_ACCESS_FREE);
+
+    // It would lead to the far camera, which answers whoever asks.
+    const UdpDevice device("127.65.1.1", [](const QByteArray &request) {
+        return IsSearch(request) ? QVector<QByteArray>{SearchAnswer(7, 0x0A010102)} : QVector<QByteArray>();
+    });
+    QVERIFY(device.IsThere());
+    QTRY_COMPARE(Search().size(), size_t{2});
+    const std::vector<KX_CC_DEVICE_INFO> all = Search();
+    const auto invented = std::find_if(all.begin(), all.end(),
+                                       [](const KX_CC_DEVICE_INFO &info) { return info.nMacAddrLow == 7; });
+
+    QVERIFY(invented != all.end());
+    QCOMPARE(InterfaceOf(*invented), QString("lo"));
+    QCOMPARE(invented->nAccessStatus, KX_CC_ACCESS_UNREACHABLE);
+}
+
+void tst_Interfaces::FindDevice_SubnetOfTwoInterfaces_AsksOnBoth()
+{
+    QVERIFY(AddSpare("10.1.1.9/24"));
+    FarCamera camera;
+    QVERIFY(camera.Start("10.1.1.2/24", {"cable0"}));
+    QVERIFY(Ip("addr add 10.1.1.1/24 dev cable0") && Ip("link set cable0 up"));
+    KX_CC_DEVICE_INFO info{};
+
+    QTRY_COMPARE_WITH_TIMEOUT(KX_CC_FindDevice("10.1.1.2", 500, &info), KX_CC_OK, LIMIT_MS);
+
+    QCOMPARE(InterfaceOf(info), QString("cable0"));
+}
+
+void tst_Interfaces::FindDevice_BroadcastOfAnyNetworkHere_IsRefused()
+{
+    // The first network is part of the second, in which its broadcast address looks like any other.
+    QVERIFY(AddSpare("10.1.1.9/24") && Ip("addr add 10.1.2.9/16 dev spare0"));
+    KX_CC_DEVICE_INFO info{};
+    for (const char *szAddress : {"10.1.1.255", "10.1.1.0", "10.1.255.255", "10.1.0.0"})
+        QCOMPARE(KX_CC_FindDevice(szAddress, 200, &info), KX_CC_E_PARAMETER);
+    QCOMPARE(KX_CC_FindDevice("10.1.2.255", 200, &info), KX_CC_E_UNREACHABLE);
+    QVERIFY(Ip("addr add 10.1.3.7/32 dev spare0") && Ip("addr add 10.1.4.6/31 dev spare0"));
+    for (const char *szAddress : {"10.1.3.7", "10.1.4.6", "10.1.4.7"})
+        QCOMPARE(KX_CC_FindDevice(szAddress, 200, &info), KX_CC_E_UNREACHABLE);
 }
 
 QTEST_GUILESS_MAIN(tst_Interfaces)

@@ -1,6 +1,5 @@
 #include <QElapsedTimer>
 #include <QTest>
-#include <QtEndian>
 
 #include <arpa/inet.h>
 #include <atomic>
@@ -13,6 +12,7 @@
 
 #include "camerafarm.h"
 #include "discovery/round.h"
+#include "udpdevice.h"
 
 using namespace kxcc;
 
@@ -80,19 +80,20 @@ private:
     std::thread m_thread;
 };
 
-/// DISCOVERY_ACK of a camera with this number in its MAC address (GigE Vision 2.0, 16.1.2).
 QByteArray InventedCamera(uint32_t nMac)
 {
-    QByteArray payload(248, '\0');
-    qToBigEndian(nMac, payload.data() + 12);
-    qToBigEndian<uint32_t>(INADDR_LOOPBACK, payload.data() + 36);
-    return QByteArray::fromHex("0000000300f8ffff") + payload;
+    return SearchAnswer(nMac, INADDR_LOOPBACK);
 }
 
 /// READREG_ACK that fits the first camera.
 QByteArray FreePrivilege(uint32_t /*number*/)
 {
     return QByteArray::fromHex("000000810004000100000000");
+}
+
+bool IsFree(const KX_CC_DEVICE_INFO &info)
+{
+    return info.nAccessStatus == KX_CC_ACCESS_FREE;
 }
 
 std::vector<Interface> Loopback()
@@ -111,6 +112,11 @@ class tst_Round : public QObject
 
 private slots:
     void Collect_HundredsAnswerAtOnce_FindsThemAll();
+    void Collect_HundredsWhereAFifthIsLost_FindsThemAll();
+    void Collect_AnswersAreLostAtFirst_AsksAsLongAsItLasts();
+    void Collect_AsManyAsExpected_EndsWhenNoMoreCome();
+    void Collect_FewerThanExpected_LastsItsTime();
+    void Collect_ExpectedCameraHasNotToldItsAccess_GoesOn();
     void Collect_CamerasInventedWithoutEnd_EndsWithABoundedList();
     void Collect_EmptyDatagramsWithoutEnd_Ends();
     void ReadAccess_AnswersWithoutEnd_Ends();
@@ -127,9 +133,92 @@ void tst_Round::Collect_HundredsAnswerAtOnce_FindsThemAll()
     round.ReadAccess();
 
     QCOMPARE(round.Cameras().size(), size_t{400});
-    QVERIFY(std::all_of(round.Cameras().begin(), round.Cameras().end(), [](const KX_CC_DEVICE_INFO &info) {
-        return info.nAccessStatus == KX_CC_ACCESS_FREE;
-    }));
+    const auto cameras = round.Cameras();
+    QVERIFY(std::all_of(cameras.begin(), cameras.end(), IsFree));
+}
+
+void tst_Round::Collect_HundredsWhereAFifthIsLost_FindsThemAll()
+{
+    CameraFarm farm;
+    QVERIFY2(farm.Start({"--count", "400", "--first-address", "127.66.1.1"}), qPrintable(farm.Error()));
+    QVERIFY(farm.Set("*", "loss", "20"));
+    Round round;
+    QVERIFY(round.Open(Loopback()));
+
+    round.Collect(5000, 400);
+    round.ReadAccess();
+
+    const auto cameras = round.Cameras();
+    QCOMPARE(cameras.size(), size_t{400});
+    QCOMPARE(std::count_if(cameras.begin(), cameras.end(), IsFree), 400);
+}
+
+void tst_Round::Collect_AnswersAreLostAtFirst_AsksAsLongAsItLasts()
+{
+    std::atomic_int nAsked{0};
+    const UdpDevice device("127.66.1.1", [&](const QByteArray &request) -> QVector<QByteArray> {
+        return IsSearch(request) && ++nAsked > 4 ? QVector<QByteArray>{SearchAnswer(1, 0x7F420101)}
+                                                 : QVector<QByteArray>();
+    });
+    QVERIFY(device.IsThere());
+    Round round;
+    QVERIFY(round.Open(Loopback()));
+
+    round.Collect(5000, 1);
+
+    QCOMPARE(round.Cameras().size(), size_t{1});
+}
+
+void tst_Round::Collect_AsManyAsExpected_EndsWhenNoMoreCome()
+{
+    CameraFarm farm;
+    QVERIFY2(farm.Start({"--count", "2", "--first-address", "127.66.1.1"}), qPrintable(farm.Error()));
+    Round round;
+    QVERIFY(round.Open(Loopback()));
+    QElapsedTimer timer;
+    timer.start();
+
+    round.Collect(static_cast<int>(kSoonMs), 2);
+
+    QVERIFY2(timer.elapsed() < kSoonMs / 2, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() >= 150, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(round.Cameras().size(), size_t{2});
+}
+
+void tst_Round::Collect_FewerThanExpected_LastsItsTime()
+{
+    CameraFarm farm;
+    QVERIFY2(farm.Start({"--count", "1", "--first-address", "127.66.1.1"}), qPrintable(farm.Error()));
+    for (const size_t nExpected : {0, 2}) {
+        Round round;
+        QVERIFY(round.Open(Loopback()));
+        QElapsedTimer timer;
+        timer.start();
+
+        round.Collect(600, nExpected);
+
+        QVERIFY2(timer.elapsed() >= 600, qPrintable(QString::number(timer.elapsed())));
+    }
+}
+
+void tst_Round::Collect_ExpectedCameraHasNotToldItsAccess_GoesOn()
+{
+    std::atomic_int nAsked{0};
+    const UdpDevice device("127.66.1.1", [&](const QByteArray &request) -> QVector<QByteArray> {
+        if (IsSearch(request))
+            return {SearchAnswer(1, 0x7F420101)};
+        if (++nAsked < 9) // the first second and more
+            return {};
+        return {QByteArray::fromHex("000000810004") + request.mid(6, 2) + QByteArray(4, '\0')};
+    });
+    QVERIFY(device.IsThere());
+    Round round;
+    QVERIFY(round.Open(Loopback()));
+
+    round.Collect(static_cast<int>(kSoonMs), 1);
+
+    QCOMPARE(round.Cameras().size(), size_t{1});
+    QCOMPARE(round.Cameras().front().nAccessStatus, KX_CC_ACCESS_FREE);
 }
 
 void tst_Round::Collect_CamerasInventedWithoutEnd_EndsWithABoundedList()

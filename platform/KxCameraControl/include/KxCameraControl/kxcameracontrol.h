@@ -72,6 +72,12 @@ KX_CC_API int KX_CC_CreateEnumerator(void **phEnumerator, unsigned int nTranspor
  * before and misses a round is listed as KX_CC_ACCESS_UNREACHABLE, and is gone after its third missed
  * round. The list is ordered by transport, then by address, so it is the same from round to round.
  *
+ * The question is repeated every 300 ms, so a long search finds cameras of a network that loses much. A
+ * network camera whose address does not lie in the network of an interface is listed as
+ * KX_CC_ACCESS_UNREACHABLE; nothing is sent to such an address, nor to one that stands for several devices.
+ * A device that shows more than 300 new cameras within a minute is not followed, and the log callback told so
+ * once; 4096 network cameras are listed at the most.
+ *
  * @param hEnumerator  From KX_CC_CreateEnumerator().
  * @param nTimeoutMs   How long answers are collected, 1 to 10000 milliseconds. The call may end earlier
  *                     when answers have stopped coming.
@@ -87,16 +93,17 @@ KX_CC_API int KX_CC_CreateEnumerator(void **phEnumerator, unsigned int nTranspor
 KX_CC_API int KX_CC_Enumerate(void *hEnumerator, unsigned int nTimeoutMs, KX_CC_DEVICE_LIST *pstList);
 
 /**
- * Asks one network camera directly; for cameras behind a router and for scripts that know the address.
+ * Asks one network camera directly; for cameras behind a router and for scripts that know the address. Only
+ * an answer counts that comes from this address and names it as the camera's.
  *
- * @param szAddress   IPv4 address in dotted form.
+ * @param szAddress   IPv4 address of one device, in dotted form; no broadcast and no multicast address.
  * @param nTimeoutMs  Longest wait, 1 to 10000 milliseconds; ends with the answer.
  * @param pstDevInfo  Out: the camera's record; all zero on failure.
  *
- * Threads: thread-safe. Blocks up to nTimeoutMs.
+ * Threads: thread-safe. Blocks up to nTimeoutMs, and 0.5 s more for the camera's access status.
  *
- * @retval KX_CC_E_PARAMETER    a null pointer, a timeout out of range, or not an IPv4 address
- * @retval KX_CC_E_UNREACHABLE  nothing that speaks GVCP answered
+ * @retval KX_CC_E_PARAMETER    a null pointer, a timeout out of range, or not the IPv4 address of one device
+ * @retval KX_CC_E_UNREACHABLE  nothing at this address that speaks GVCP answered
  */
 KX_CC_API int KX_CC_FindDevice(const char *szAddress, unsigned int nTimeoutMs, KX_CC_DEVICE_INFO *pstDevInfo);
 

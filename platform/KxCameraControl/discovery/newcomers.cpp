@@ -1,0 +1,85 @@
+#include "discovery/newcomers.h"
+
+#include <string>
+
+#include "log/log.h"
+
+namespace kxcc {
+namespace {
+
+constexpr std::chrono::minutes kMinute(1);
+
+std::string Dotted(uint32_t nIp)
+{
+    return std::to_string(nIp >> 24U) + '.' + std::to_string((nIp >> 16U) & 0xFFU) + '.' +
+           std::to_string((nIp >> 8U) & 0xFFU) + '.' + std::to_string(nIp & 0xFFU);
+}
+
+} // namespace
+
+void Newcomers::BeginRound(Clock::time_point now)
+{
+    m_nInRound = m_known.CountOf(KX_CC_TRANSPORT_GIGE);
+    if (now < m_minute + kMinute)
+        return;
+    m_minute = now;
+    m_nNewInMinute = 0;
+    for (auto it = m_senders.begin(); it != m_senders.end();) {
+        it->second.bBarred = it->second.nShown > MOST_OF_ONE_DEVICE;
+        it->second.nShown = 0;
+        it = it->second.bBarred ? std::next(it) : m_senders.erase(it);
+    }
+}
+
+bool Newcomers::Admit(uint32_t nSender, const KX_CC_DEVICE_INFO &info)
+{
+    const auto found = m_senders.find(nSender);
+    if (found != m_senders.end() && found->second.bBarred) {
+        CountBarred(found->second, info);
+        return false;
+    }
+    if (m_known.Contains(info))
+        return true;
+    if (IsFull()) {
+        SayOnce(nSender, "shows a camera beyond the 4096 that are followed, and new in a minute");
+        return false;
+    }
+    Sender &sender = m_senders[nSender];
+    sender.bBarred = ++sender.nShown > MOST_OF_ONE_DEVICE;
+    ++m_nNewInMinute;
+    ++m_nInRound;
+    if (sender.bBarred)
+        SayOnce(nSender, "shows more than 300 new cameras a minute and is not followed");
+    return !sender.bBarred;
+}
+
+bool Newcomers::IsBarred(uint32_t nSender) const
+{
+    const auto found = m_senders.find(nSender);
+    return found != m_senders.end() && found->second.bBarred;
+}
+
+/// A camera that got the address of a barred device says the same again and again, and is followed soon.
+void Newcomers::CountBarred(Sender &sender, const KX_CC_DEVICE_INFO &info)
+{
+    const std::array<uint32_t, 3> shown{info.nMacAddrHigh, info.nMacAddrLow,
+                                        info.SpecialInfo.stGigEInfo.nCurrentIp};
+    if (shown == sender.last)
+        return;
+    sender.last = shown;
+    if (sender.nShown <= MOST_OF_ONE_DEVICE)
+        ++sender.nShown;
+}
+
+bool Newcomers::IsFull() const
+{
+    return m_nNewInMinute >= MOST_CAMERAS || m_nInRound >= MOST_CAMERAS;
+}
+
+void Newcomers::SayOnce(uint32_t nSender, const char *szWhat)
+{
+    if (m_named.size() < MOST_NAMED && m_named.insert(nSender).second)
+        Log(KX_CC_LOG_WARNING, {}, "search: the device at " + Dotted(nSender) + ' ' + szWhat);
+}
+
+} // namespace kxcc
