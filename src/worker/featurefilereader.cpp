@@ -1,6 +1,7 @@
 #include "featurefilereader.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 
 #include "xmlguard.h"
@@ -8,7 +9,9 @@
 QString FeatureFile::ReadText(const QString &strPath)
 {
     QFile file(strPath);
-    return file.open(QIODevice::ReadOnly) ? DecodeText(file.read(kLongestFile + 1)) : QString();
+    return QFileInfo(strPath).isFile() && file.open(QIODevice::ReadOnly)
+               ? DecodeText(file.read(kLongestFile + 1))
+               : QString();
 }
 
 QString FeatureFile::DecodeText(const QByteArray &bytes)
@@ -19,7 +22,9 @@ QString FeatureFile::DecodeText(const QByteArray &bytes)
 
 bool FeatureFile::Parse(const QString &strText, QDomDocument *pDocument)
 {
-    return strText.size() <= kLongestFile && IsXmlSafeToParse(strText) && pDocument->setContent(strText);
+    const XmlLimits limits = {kMostNodes, kMostRecords + 1}; // the model name is a child of the root, too
+    return strText.size() <= kLongestFile && IsXmlSafeToParse(strText, limits) &&
+           pDocument->setContent(strText);
 }
 
 QDomElement FeatureFile::ModelElement(const QDomDocument &document)

@@ -30,12 +30,14 @@ enum class Pass
     NumbersAgain
 };
 
-/// No feature file is larger: some 100000 records. A camera has some hundred features.
-constexpr int kLongestFile = 16 * 1024 * 1024;
+/// No feature file has more in it: a camera has some hundred features. Every camera of a batch parses the
+/// file for itself, so these bound what a file costs each of them: some 60 MB, and less than a second.
+constexpr int kLongestFile = 4 * 1024 * 1024;
+constexpr int kMostRecords = 10000;
+constexpr int kMostNodes = 60000; ///< elements, attributes, comments and such; a record has five
 
-/// The text of the file; empty when it cannot be opened. No more than kLongestFile and one byte are read, so
-/// that a file of any size, for any number of cameras at once, does not fill the memory; Parse() refuses the
-/// text of a longer one.
+/// The text of the file; empty when it cannot be opened or is no regular file, whose end might never come. No
+/// more than kLongestFile and one byte are read; Parse() refuses the text of a longer one.
 QString ReadText(const QString &strPath);
 
 /// The file's text: its bytes as UTF-8, without a byte-order mark, up to the first NUL.
@@ -43,7 +45,7 @@ QString DecodeText(const QByteArray &bytes);
 
 /// Parses the text. False when it is not well-formed, when elements are nested deeper than kMaxXmlDepth,
 /// when it holds a document type declaration, which no feature file has, and when it is longer than
-/// kLongestFile.
+/// kLongestFile or has more than kMostRecords or kMostNodes.
 bool Parse(const QString &strText, QDomDocument *pDocument);
 
 /// The element that holds the model name, whatever its tag; null when the root has no child element. The

@@ -38,7 +38,7 @@ void QOperateThread::FeatureXmlImport()
              tr("Failed to import features.Failed to open device."));
         return ReleaseThread();
     }
-    const QString strText = FeatureFile::ReadText(m_strFilePath);
+    QString strText = FeatureFile::ReadText(m_strFilePath);
     if (strText.isEmpty()) {
         Fail(kFunction, QStringLiteral("Open xml failed."),
              tr("Failed to import features.Failed to open xml."));
@@ -50,6 +50,7 @@ void QOperateThread::FeatureXmlImport()
              tr("Failed to import features.Failed to load xml."));
         return ReleaseThread();
     }
+    strText.clear(); // the document has it all; many cameras may be at this point
     const QDomElement model = FeatureFile::ModelElement(document);
     if (model.isNull())
         return ReleaseThread(); // a file without records is no failure

@@ -7,23 +7,29 @@ namespace {
 class Scanner
 {
 public:
-    explicit Scanner(const QString &strText)
+    Scanner(const QString &strText, const XmlLimits &limits)
         : m_strText(strText)
+        , m_limits(limits)
     {
     }
 
     bool IsSafe()
     {
         while ((m_nPos = m_strText.indexOf(QLatin1Char('<'), m_nPos)) >= 0) {
+            if (StartsWith("</")) {
+                EndTag();
+                continue;
+            }
+            ++m_nNodes;
             if (StartsWith("<!--"))
                 SkipBehind("<!--", "-->");
             else if (StartsWith("<![CDATA["))
                 SkipBehind("<![CDATA[", "]]>");
             else if (StartsWith("<?"))
                 SkipBehind("<?", "?>");
-            else if (StartsWith("</"))
-                EndTag();
             else if (StartsWith("<!") || !StartTag())
+                return false;
+            if (m_nNodes > m_limits.nMostNodes || m_nChildren > m_limits.nMostChildren)
                 return false;
         }
         return true;
@@ -61,12 +67,15 @@ private:
                     quote = QChar();
             } else if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
                 quote = c;
+                ++m_nNodes; // the value of an attribute
             } else if (c == QLatin1Char('>')) {
                 break;
             }
         }
         const bool bEmpty = nEnd < m_strText.size() && m_strText.at(nEnd - 1) == QLatin1Char('/');
         m_nPos = nEnd;
+        if (m_nDepth == 1)
+            ++m_nChildren;
         if (m_nDepth + 1 > kMaxXmlDepth)
             return false;
         if (!bEmpty)
@@ -75,13 +84,16 @@ private:
     }
 
     const QString &m_strText;
+    const XmlLimits &m_limits;
     int m_nPos = 0;
     int m_nDepth = 0;
+    int m_nNodes = 0;
+    int m_nChildren = 0; // of the root
 };
 
 } // namespace
 
-bool IsXmlSafeToParse(const QString &strText)
+bool IsXmlSafeToParse(const QString &strText, const XmlLimits &limits)
 {
-    return Scanner(strText).IsSafe();
+    return Scanner(strText, limits).IsSafe();
 }

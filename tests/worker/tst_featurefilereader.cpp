@@ -1,5 +1,7 @@
 #include <QtTest>
 
+#include <sys/stat.h>
+
 #include <worker/featurefilereader.h>
 #include <worker/xmlguard.h>
 
@@ -14,6 +16,8 @@ private slots:
     void DecodeText_Bytes_AreUtf8UpToTheFirstNul();
     void ReadText_MissingFile_IsEmpty();
     void ReadText_HugeFile_IsReadInPartAndRefused();
+    void ReadText_NoRegularFile_IsEmptyAtOnce();
+    void Parse_RecordsAndNodes_AreBounded();
     void Parse_Text_IsWellFormedOrNot_data();
     void Parse_Text_IsWellFormedOrNot();
     void ReadRecord_Record_IsRead_data();
@@ -63,6 +67,30 @@ void tst_FeatureFileReader::ReadText_HugeFile_IsReadInPartAndRefused()
     QDomDocument document;
     QVERIFY(!FeatureFile::Parse(text, &document));
     QVERIFY(FeatureFile::Parse(text.left(FeatureFile::kLongestFile), &document));
+}
+
+void tst_FeatureFileReader::ReadText_NoRegularFile_IsEmptyAtOnce()
+{
+    const QTemporaryDir folder;
+    const QByteArray fifo = QFile::encodeName(folder.filePath("fifo"));
+    QCOMPARE(mkfifo(fifo.constData(), 0600), 0);
+    QVERIFY(FeatureFile::ReadText(folder.filePath("fifo")).isEmpty()); // whose writer may never come
+    QVERIFY(FeatureFile::ReadText(folder.path()).isEmpty());
+}
+
+void tst_FeatureFileReader::Parse_RecordsAndNodes_AreBounded()
+{
+    const auto parses = [](const QString &strInside) {
+        QDomDocument document;
+        return FeatureFile::Parse("<F><M>m</M>" + strInside + "</F>", &document);
+    };
+    const QString strRecord =
+        "<R><Name>N</Name><Type>T</Type><Value>V</Value><Streamable>Yes</Streamable></R>";
+    QVERIFY(parses(strRecord.repeated(FeatureFile::kMostRecords)));
+    QVERIFY(!parses(strRecord.repeated(FeatureFile::kMostRecords) + "<R/>"));
+    const int nInside = FeatureFile::kMostNodes - 3; // root, model and record
+    QVERIFY(parses("<R>" + QStringLiteral("<x/>").repeated(nInside) + "</R>"));
+    QVERIFY(!parses("<R>" + QStringLiteral("<x/>").repeated(nInside + 1) + "</R>"));
 }
 
 void tst_FeatureFileReader::Parse_Text_IsWellFormedOrNot_data()

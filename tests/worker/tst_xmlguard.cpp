@@ -11,6 +11,8 @@ private slots:
     void IsXmlSafeToParse_Text_IsJudged_data();
     void IsXmlSafeToParse_Text_IsJudged();
     void IsXmlSafeToParse_MillionLevels_IsRefused();
+    void IsXmlSafeToParse_Limits_Count_data();
+    void IsXmlSafeToParse_Limits_Count();
 
 private:
     static QString Nested(int nLevels, const QString &strInside = QString())
@@ -60,6 +62,33 @@ void tst_XmlGuard::IsXmlSafeToParse_Text_IsJudged()
 void tst_XmlGuard::IsXmlSafeToParse_MillionLevels_IsRefused()
 {
     QVERIFY(!IsXmlSafeToParse(Nested(1000000)));
+}
+
+void tst_XmlGuard::IsXmlSafeToParse_Limits_Count_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("nodes");
+    QTest::addColumn<int>("children"); // of the root
+
+    QTest::newRow("root") << "<a/>" << 1 << 0;
+    QTest::newRow("elements") << "<a><b/><c><d/><e></e></c></a>" << 5 << 2;
+    QTest::newRow("attributes") << "<a x='1' y=\"2\"><b z='='/></a>" << 5 << 1;
+    QTest::newRow("other quotes in an attribute") << "<a x='\"\"' y=\"''\"/>" << 3 << 0;
+    QTest::newRow("all kinds") << "<?xml version='1.0'?><a><!--c--><![CDATA[t]]><?p?><b/></a><!--c-->" << 7
+                               << 1;
+    QTest::newRow("end tags and texts") << "<a>t<b>t</b>t</a>" << 2 << 1;
+}
+
+void tst_XmlGuard::IsXmlSafeToParse_Limits_Count()
+{
+    QFETCH(QString, text);
+    QFETCH(int, nodes);
+    QFETCH(int, children);
+    QVERIFY(QDomDocument().setContent(text));
+    QVERIFY(IsXmlSafeToParse(text, {nodes, children}));
+    QVERIFY(!IsXmlSafeToParse(text, {nodes - 1, 1000}));
+    QVERIFY(!IsXmlSafeToParse(text, {1000, children - 1}));
+    QVERIFY(IsXmlSafeToParse(text)); // none by themselves
 }
 
 QTEST_GUILESS_MAIN(tst_XmlGuard)

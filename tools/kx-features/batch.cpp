@@ -10,6 +10,7 @@ Batch::Batch(Operation operation, const QVector<Camera> &cameras, const QString 
     , m_operation(operation)
     , m_cameras(cameras)
     , m_strPath(path)
+    , m_strSource(path)
     , m_results(cameras.size())
     , m_files(cameras.size())
 {
@@ -77,7 +78,7 @@ bool Batch::StartWorker(int index)
         pWorker->SetExportThreadInfo(camera.record, m_strPath);
         m_files[index] = ExportFile(m_results.at(index).strFile);
     } else {
-        pWorker->SetImportThreadInfo(camera.record, m_strPath);
+        pWorker->SetImportThreadInfo(camera.record, m_strSource);
     }
     // The last message decides, as it does in the window.
     connect(pWorker, &QOperateThread::SigThreadInfo, this,

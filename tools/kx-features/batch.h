@@ -40,6 +40,10 @@ public:
           QObject *pParent = nullptr);
     ~Batch() override;
 
+    /// Lets the workers of an import read this file in place of the path, which the results name. Before
+    /// Start().
+    void SetSource(const QString &path) { m_strSource = path; }
+
     /// Lets the camera fail with this message instead of starting its worker. Before Start().
     void Refuse(int index, const QString &message);
 
@@ -69,6 +73,7 @@ private:
     const Operation m_operation;
     const QVector<Camera> m_cameras;
     const QString m_strPath;
+    QString m_strSource;
     QVector<CameraResult> m_results;
     QVector<ExportFile> m_files;         // of an export
     QVector<QOperateThread *> m_workers; // those that run

@@ -56,11 +56,15 @@ QString HelpText()
                "  --json           one JSON array on standard output instead of lines\n"
                "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
                "\n"
-               "Exit code: 0 when every camera succeeded, 1 when one failed or was not found, or when "
-               "standard "
-               "output\n"
-               "could not be written, 2 for wrong usage or a file that cannot be imported, 130 when "
-               "interrupted.\n")
+               "Exit code: 0 when every camera succeeded; 1 when one failed or was not found, also because "
+               "the "
+               "file of\n"
+               "an import is missing, empty, not well-formed or of another model, or when standard output "
+               "could "
+               "not be\n"
+               "written; 2 for wrong usage, and for an import that is refused before it begins, of a folder, "
+               "FIFO, socket\n"
+               "or device, or of a file with a record that is not streamable; 130 when interrupted.\n")
         .arg(QLatin1String(kListUsage), QLatin1String(kExportUsage), QLatin1String(kImportUsage))
         .arg(kShortestSearchMs)
         .arg(kLongestSearchMs)

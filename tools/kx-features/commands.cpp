@@ -6,10 +6,10 @@
 #include <unistd.h>
 
 #include <worker/featurefileoutput.h>
-#include <worker/featurefilereader.h>
 
 #include "batch.h"
 #include "camerafinder.h"
+#include "importfile.h"
 #include "interrupt.h"
 #include "output.h"
 #include "report.h"
@@ -21,19 +21,6 @@ int ListCameras(const CommandLine &command)
     const QVector<Camera> cameras = FindAllCameras(command.nSearchMs);
     Output::Print(command.bJson ? QString::fromUtf8(Report::ListJson(cameras)) : Report::Table(cameras));
     return ExitSuccess;
-}
-
-// An import never gets past a record that is not streamable, and no deadline ends it: such a file must
-// not reach a worker. Everything else that can be wrong with a file is the worker's to report.
-bool IsImportable(const QString &path, QString *pWhy)
-{
-    const std::optional<QString> endless = FeatureFile::FindEndlessRecord(FeatureFile::ReadText(path));
-    if (!endless) {
-        return true;
-    }
-    *pWhy = QStringLiteral("kx-features: %1 cannot be imported: the record \"%2\" is not streamable\n")
-                .arg(path, *endless);
-    return false;
 }
 
 // Shows a running batch on the terminal and its outcome at the end.
@@ -125,7 +112,8 @@ void RefuseSharedFiles(Batch *pBatch, const QString &folder)
     }
 }
 
-int RunBatch(const CommandLine &command, Batch::Operation operation)
+// @param source  what the workers of an import read
+int RunBatch(const CommandLine &command, Batch::Operation operation, const QString &source = {})
 {
     const FoundCameras found = FindChosenCameras(command.choice, command.nSearchMs);
     if (found.cameras.isEmpty() && found.missing.isEmpty()) {
@@ -137,7 +125,9 @@ int RunBatch(const CommandLine &command, Batch::Operation operation)
     }
 
     Batch batch(operation, found.cameras, command.strPath);
-    if (operation == Batch::Operation::Export && !command.bOverwrite) {
+    if (operation == Batch::Operation::Import) {
+        batch.SetSource(source);
+    } else if (!command.bOverwrite) {
         RefuseSharedFiles(&batch, command.strPath);
     }
     const BatchView view(batch, found.missing, command.bJson);
@@ -150,6 +140,18 @@ int RunBatch(const CommandLine &command, Batch::Operation operation)
     QCoreApplication::exec();
     view.ShowEnd();
     return batch.FailedCount() == 0 && found.missing.isEmpty() ? ExitSuccess : ExitFailure;
+}
+
+int Import(const CommandLine &command)
+{
+    ImportFile file;
+    const QString refusal = file.Read(command.strPath);
+    if (!refusal.isEmpty()) {
+        Output::PrintError(
+            QStringLiteral("kx-features: %1 cannot be imported: %2\n").arg(command.strPath, refusal));
+        return ExitWrongUsage;
+    }
+    return RunBatch(command, Batch::Operation::Import, file.WorkerPath());
 }
 
 int Run(const CommandLine &command)
@@ -165,14 +167,8 @@ int Run(const CommandLine &command)
         return ListCameras(command);
     case CommandLine::Action::Export:
         return RunBatch(command, Batch::Operation::Export);
-    case CommandLine::Action::Import: {
-        QString why;
-        if (!IsImportable(command.strPath, &why)) {
-            Output::PrintError(why);
-            return ExitWrongUsage;
-        }
-        return RunBatch(command, Batch::Operation::Import);
-    }
+    case CommandLine::Action::Import:
+        return Import(command);
     }
     return ExitWrongUsage;
 }

@@ -8,7 +8,7 @@ enum ExitCode
 {
     ExitSuccess = 0,
     ExitFailure = 1,      ///< a camera failed or was not found, or standard output could not be written
-    ExitWrongUsage = 2,   ///< wrong arguments, or a file that must not be imported
+    ExitWrongUsage = 2,   ///< wrong arguments, or an import file that is refused
     ExitInterrupted = 130 ///< as shells report an end by Ctrl-C
 };
 

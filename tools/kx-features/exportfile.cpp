@@ -20,16 +20,11 @@ std::optional<struct stat> Look(const QString &path)
     return st;
 }
 
-bool IsSameTime(const timespec &a, const timespec &b)
-{
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
 // A file that was replaced has another number, one that was written in place another time.
 bool IsUntouched(const struct stat &before, const struct stat &now)
 {
     return before.st_dev == now.st_dev && before.st_ino == now.st_ino &&
-           IsSameTime(before.st_mtim, now.st_mtim) && IsSameTime(before.st_ctim, now.st_ctim);
+           before.st_ctim.tv_sec == now.st_ctim.tv_sec && before.st_ctim.tv_nsec == now.st_ctim.tv_nsec;
 }
 
 // Two names can be one file: a link leads to the other.

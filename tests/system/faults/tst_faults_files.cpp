@@ -160,8 +160,8 @@ void tst_Faults_Files::Import_HugeFile_TakesLittleMemory()
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.out.count("Failed to import features.Failed to ") == 3, run.out);
 #if !defined(__SANITIZE_ADDRESS__)
-    // The largest child so far, in kB: 16 MB of file and 32 of text for the check beforehand and each camera.
-    QVERIFY2(after.ru_maxrss < 300L * 1024, qPrintable(QString("%1 kB").arg(after.ru_maxrss)));
+    // The largest child so far, in kB: 4 MB of file and 8 of text for the check beforehand and each camera.
+    QVERIFY2(after.ru_maxrss < 120L * 1024, qPrintable(QString("%1 kB").arg(after.ru_maxrss)));
 #endif
 }
 

@@ -18,6 +18,7 @@ private slots:
     void Parse_Overwrite_IsTakenByExport();
     void Parse_Verbose_IsTakenByEachCommand();
     void Parse_HelpAnywhere_ShowsText();
+    void Parse_Help_TellsTheExitCodesOfAnImport();
     void Parse_Version_ShowsText();
     void Parse_WrongUsage_SaysWhatAndHowInOneLine_data();
     void Parse_WrongUsage_SaysWhatAndHowInOneLine();
@@ -110,6 +111,18 @@ void tst_CommandLine::Parse_HelpAnywhere_ShowsText()
         QCOMPARE(command.action, CommandLine::Action::ShowText);
         QVERIFY(command.strText.contains("kx-features export --to DIR"));
     }
+}
+
+void tst_CommandLine::Parse_Help_TellsTheExitCodesOfAnImport()
+{
+    // As the companion's own tests find them.
+    const QString text = Parse("--help").strText.simplified();
+    const QString failed = text.section("Exit code: ", 1).section("; 2 for ", 0, 0);
+    const QString refused = text.section("; 2 for ", 1).section("; 130 ", 0, 0);
+    for (const char *why : {"missing", "empty", "not well-formed", "another model"})
+        QVERIFY2(failed.contains(why) && !refused.contains(why), why);
+    for (const char *why : {"wrong usage", "folder", "FIFO", "device", "not streamable"})
+        QVERIFY2(refused.contains(why) && !failed.contains(why), why);
 }
 
 void tst_CommandLine::Parse_Version_ShowsText()
