@@ -17,11 +17,13 @@ private slots:
     void cleanup();
 
     void Start_WhileAnotherRuns_EndsWithZeroAndLeavesItAlone();
+    void Start_WhileAnotherUsersRuns_EndsWithZero();
     void Start_AfterTheOtherEnded_Runs();
 
 private:
     static QList<long long> Running();
-    void Start(QProcess &process);
+    /// @param before  a command that runs the one behind it, as another user for example
+    void Start(QProcess &process, const QStringList &before = {});
     /// Waits until the process has built its window: then its camera search runs.
     static bool WaitForWindow(const QProcess &process);
 
@@ -55,14 +57,15 @@ void tst_SingleInstance::cleanup()
     m_pHome.reset();
 }
 
-void tst_SingleInstance::Start(QProcess &process)
+void tst_SingleInstance::Start(QProcess &process, const QStringList &before)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", m_pHome->path());
     environment.insert("XDG_STATE_HOME", m_pHome->path());
     environment.insert("XDG_RUNTIME_DIR", m_pHome->path());
     process.setProcessEnvironment(environment);
-    process.start(PROJECT_BIN_DIR "/Lumo_ImportExportFeatures", QStringList());
+    const QStringList command = before + QStringList(PROJECT_BIN_DIR "/Lumo_ImportExportFeatures");
+    process.start(command.first(), command.mid(1));
     QVERIFY2(process.waitForStarted(), qPrintable(process.errorString()));
 }
 
@@ -94,6 +97,28 @@ void tst_SingleInstance::Start_WhileAnotherRuns_EndsWithZeroAndLeavesItAlone()
     QCOMPARE(second.exitCode(), 0);
     QCOMPARE(second.readAllStandardOutput() + second.readAllStandardError(), QByteArray());
     QCOMPARE(first.state(), QProcess::Running);
+    QCOMPARE(Running(), QList<long long>{first.processId()});
+
+    first.terminate();
+    QVERIFY(first.waitForFinished());
+}
+
+void tst_SingleInstance::Start_WhileAnotherUsersRuns_EndsWithZero()
+{
+    const QStringList asNobody{"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+    if (QProcess::execute("setpriv", asNobody.mid(1) + QStringList{"test", "-x", PROJECT_BIN_DIR}) != 0)
+        QSKIP("the tool cannot be run as another user here");
+    QVERIFY(QFile::setPermissions(m_pHome->path(), static_cast<QFile::Permissions>(0x7777)));
+    QProcess first;
+    Start(first);
+    QVERIFY(WaitForWindow(first));
+
+    QProcess second;
+    Start(second, asNobody);
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(second.readAllStandardOutput(), QByteArray());
     QCOMPARE(Running(), QList<long long>{first.processId()});
 
     first.terminate();

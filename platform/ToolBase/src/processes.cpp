@@ -2,7 +2,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
+#include <QFile>
 
 #include <csignal>
 #include <poll.h>
@@ -26,7 +26,20 @@ bool BelongsToCaller(const QByteArray &procDir)
     return stat(procDir.constData(), &info) == 0 && info.st_uid == getuid();
 }
 
-QString ExecutableName(const QByteArray &procDir)
+QByteArray BaseName(const QByteArray &path)
+{
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+// At most 4 kB: who started the process could have given it any number of arguments.
+QByteArray ReadFile(const QByteArray &path)
+{
+    QFile file(QFile::decodeName(path));
+    return file.open(QIODevice::ReadOnly) ? file.read(4096) : QByteArray();
+}
+
+// Empty when the caller may not see it, as with most processes of other users.
+QByteArray ExecutableName(const QByteArray &procDir)
 {
     // Not QFile::symLinkTarget(): it resolves against the file system, and the executable may be gone.
     char target[4096];
@@ -40,7 +53,27 @@ QString ExecutableName(const QByteArray &procDir)
     if (path.endsWith(deleted)) {
         path.chop(deleted.size());
     }
-    return QFileInfo(QFile::decodeName(path)).fileName();
+    return BaseName(path);
+}
+
+// By what everybody may see. The kernel keeps 15 bytes of the name; for the rest there is only the first
+// argument, which is the path that the program was started by. A process that has ended has none.
+bool SeemsToHaveName(const QByteArray &procDir, const QByteArray &name)
+{
+    const int kept = 15;
+    const QByteArray known = ReadFile(procDir + "/comm").chopped(1); // without the line end
+    if (known != name.left(kept)) {
+        return false;
+    }
+    const QByteArray arguments = ReadFile(procDir + "/cmdline");
+    const QByteArray first = arguments.left(arguments.indexOf('\0'));
+    return name.size() <= kept ? !arguments.isEmpty() : BaseName(first) == name;
+}
+
+bool HasName(const QByteArray &procDir, const QByteArray &name)
+{
+    const QByteArray executable = ExecutableName(procDir);
+    return executable.isEmpty() ? SeemsToHaveName(procDir, name) : executable == name;
 }
 
 // A process held by descriptor: unlike its number, which the system may give to another process between
@@ -97,7 +130,7 @@ void LumoInterface::processID(const QString &name, QList<long long> *ids)
         bool isNumber = false;
         const long long pid = entry.toLongLong(&isNumber);
         const QByteArray procDir = "/proc/" + entry.toLatin1();
-        if (isNumber && BelongsToCaller(procDir) && ExecutableName(procDir) == name) {
+        if (isNumber && HasName(procDir, QFile::encodeName(name))) {
             ids->append(pid);
         }
     }
@@ -111,8 +144,11 @@ void LumoInterface::killProcess(const QString &name)
 
     std::vector<Process> processes;
     for (const long long pid : qAsConst(ids)) {
-        processes.emplace_back(pid);
-        processes.back().Signal(SIGTERM);
+        Process process(pid);
+        if (BelongsToCaller("/proc/" + QByteArray::number(pid))) {
+            process.Signal(SIGTERM);
+            processes.push_back(std::move(process));
+        }
     }
     QElapsedTimer waited;
     waited.start();

@@ -57,9 +57,11 @@ public:
 
     // ---- Processes -----------------------------------------------------------------------------------
 
-    /// Process ids of the running processes of this name that belong to the calling user, the caller
-    /// included when it has that name; appended to *ids. A process has the name when the file name of its
-    /// executable equals it. Nothing is appended when the process list cannot be read.
+    /// Process ids of the running processes of this name, whoever runs them, the caller included when it has
+    /// that name; appended to *ids. A process has the name when the file name of its executable equals it. Of
+    /// another user's process the executable is not known; it has the name when the first 15 bytes, which the
+    /// system tells, and the path that it was started by do. Nothing is appended when the process list cannot
+    /// be read; processes that the system hides (hidepid) are not found.
     static void processID(const QString &name, QList<long long> *ids);
 
     /// Ends the other processes of this name that belong to the calling user, never the caller: asks
