@@ -32,7 +32,8 @@ int DeviceHandle::Open()
         request.blob.resize(sizeof m_info);
         std::memcpy(request.blob.data(), &m_info, sizeof m_info);
         Reply reply;
-        nCode = m_session.Call(request, reply, KX_CC_DEADLINE_MS, KX_CC_LONGEST_CALL_MS);
+        m_budget = TimeBudget();
+        nCode = m_session.Call(request, reply, m_budget);
     }
     if (nCode == KX_CC_OK) {
         m_state = State::Open;
@@ -54,15 +55,14 @@ void DeviceHandle::Close()
     OpenCameras::Instance().Closed(m_info);
 }
 
-int DeviceHandle::Call(Request &request, Reply &reply, bool bReportsProgress)
+int DeviceHandle::Call(Request &request, Reply &reply, Session::Progress progress)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_state == State::Closed)
         return KX_CC_E_NOT_OPEN;
     if (m_state == State::Lost)
         return KX_CC_E_LOST;
-    const int nCode =
-        m_session.Call(request, reply, KX_CC_DEADLINE_MS, bReportsProgress ? 0 : KX_CC_LONGEST_CALL_MS);
+    const int nCode = m_session.Call(request, reply, m_budget, progress);
     if (LosesHandle(nCode)) {
         m_session.End(0);
         m_state = State::Lost;
@@ -73,6 +73,8 @@ int DeviceHandle::Call(Request &request, Reply &reply, bool bReportsProgress)
 
 void DeviceHandle::LogFailure(const char *szWhat, int nCode) const
 {
+    if (nCode == KX_CC_E_TIMEOUT && m_budget.IsSpent())
+        Log(KX_CC_LOG_WARNING, m_strName, "its time budget is spent");
     Log(KX_CC_LOG_WARNING, m_strName,
         std::string(szWhat) + ": " + KX_CC_ErrorText(nCode) + " (" + std::to_string(nCode) + ")");
 }

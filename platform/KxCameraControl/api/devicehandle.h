@@ -29,9 +29,8 @@ public:
     void Close();
 
     /// Hands a request to the helper.
-    /// @param bReportsProgress  the deadline holds for each feature, and there is no longest time in all
     /// @return KX_CC_E_NOT_OPEN, KX_CC_E_LOST, the reply's code, or that of the loss
-    int Call(Request &request, Reply &reply, bool bReportsProgress = false);
+    int Call(Request &request, Reply &reply, Session::Progress progress = Session::Progress::OfOneJob);
 
 private:
     void LogFailure(const char *szWhat, int nCode) const;
@@ -48,6 +47,7 @@ private:
     const std::string m_strName; ///< in the log
     State m_state = State::Closed;
     Session m_session;
+    TimeBudget m_budget; ///< since it was opened
 };
 
 } // namespace kxcc

@@ -157,3 +157,12 @@ int KX_CC_DestroyHandle(void *hDevice)
     device->Close();
     return KX_CC_OK;
 }
+
+int KX_CC_SetTimeBudget(unsigned int nFeatureMs, unsigned int nTotalMs)
+{
+    if (nFeatureMs > KX_CC_LONGEST_BUDGET_MS || nTotalMs > KX_CC_LONGEST_BUDGET_MS)
+        return KX_CC_E_PARAMETER;
+    kxcc::TimeBudget::SetStandard(
+        {std::chrono::milliseconds(nFeatureMs), std::chrono::milliseconds(nTotalMs)});
+    return KX_CC_OK;
+}

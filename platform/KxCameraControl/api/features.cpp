@@ -11,6 +11,7 @@
 using kxcc::Operation;
 using kxcc::Reply;
 using kxcc::Request;
+using kxcc::Session;
 
 namespace {
 
@@ -164,7 +165,7 @@ int KX_CC_FeatureSave(void *hDevice, const char *szFileName)
     Request request;
     Reply reply;
     request.operation = Operation::SaveFeatures;
-    const int nCode = device->Call(request, reply, true);
+    const int nCode = device->Call(request, reply, Session::Progress::OfFeatures);
     return nCode == KX_CC_OK ? kxcc::ReplaceFile(szFileName, reply.blob) : nCode;
 }
 
@@ -179,5 +180,5 @@ int KX_CC_FeatureLoad(void *hDevice, const char *szFileName)
     Reply reply;
     request.operation = Operation::LoadFeatures;
     const int nCode = kxcc::ReadWholeFile(szFileName, request.blob);
-    return nCode == KX_CC_OK ? device->Call(request, reply, true) : nCode;
+    return nCode == KX_CC_OK ? device->Call(request, reply, Session::Progress::OfFeatures) : nCode;
 }

@@ -1,6 +1,6 @@
 #include "discovery/usblister.h"
 
-#include "KxCameraControl/kxcameracontrol.h"
+#include "KxCameraControl/kxerrors.h"
 #include "protocol/usbrecord.h"
 
 namespace kxcc {
@@ -12,7 +12,8 @@ std::vector<KX_CC_DEVICE_INFO> UsbLister::List()
     Request request;
     request.operation = Operation::ListUsbCameras;
     Reply reply;
-    if (m_session.Call(request, reply, KX_CC_DEADLINE_MS, KX_CC_LONGEST_CALL_MS) != KX_CC_OK)
+    TimeBudget budget;
+    if (m_session.Call(request, reply, budget) != KX_CC_OK)
         return {};
     return DecodeUsbRecords(reply.blob);
 }

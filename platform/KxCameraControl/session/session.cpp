@@ -1,5 +1,6 @@
 #include "session/session.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <poll.h>
@@ -11,8 +12,14 @@
 
 namespace kxcc {
 
-using std::chrono::hours;
 using std::chrono::milliseconds;
+
+namespace {
+
+/// A helper releases its camera within it, see its watcher.
+constexpr int kReleaseMs = 950;
+
+} // namespace
 
 int Session::Start()
 {
@@ -40,26 +47,41 @@ int Session::CodeOf(Outcome outcome)
     return outcome == Outcome::Expired ? KX_CC_E_TIMEOUT : KX_CC_E_SESSION_ENDED;
 }
 
-int Session::Call(Request &request, Reply &reply, int nDeadlineMs, int nLongestMs)
+int Session::Call(Request &request, Reply &reply, TimeBudget &budget, Progress progress)
 {
     if (!IsRunning())
         return KX_CC_E_SESSION_ENDED;
     request.nSerial = ++m_nSerial;
-    WaitClock clock(Pid(), milliseconds(nDeadlineMs),
-                    nLongestMs > 0 ? milliseconds(nLongestMs) : milliseconds(hours(24)));
+    budget.BeginCall();
+    const bool bOneJob = progress == Progress::OfOneJob;
+    const milliseconds longest = bOneJob ? milliseconds(KX_CC_LONGEST_CALL_MS) : milliseconds::max();
+    WaitClock clock(Pid(), milliseconds(KX_CC_DEADLINE_MS), std::min(longest, budget.Left()));
     clock.Restart();
-    const Outcome outcome = Exchange(request, reply, clock);
+    const Outcome outcome = Exchange(request, reply, clock, [&] {
+        clock.Restart();
+        if (bOneJob)
+            return;
+        budget.FinishFeature();
+        clock.SetLongest(budget.Left());
+    });
+    if (outcome == Outcome::Done)
+        budget.FinishFeature();
+    // The camera works: it is left in order.
+    if (outcome == Outcome::Expired && budget.IsSpent())
+        End(kReleaseMs);
+    budget.EndCall();
     return outcome == Outcome::Done ? reply.nCode : CodeOf(outcome);
 }
 
-Session::Outcome Session::Exchange(Request &request, Reply &reply, WaitClock &clock)
+Session::Outcome Session::Exchange(Request &request, Reply &reply, WaitClock &clock,
+                                   const std::function<void()> &progress)
 {
     Outcome outcome = Send(EncodeRequest(request), clock);
     while (outcome == Outcome::Done) {
         outcome = Receive(reply, clock);
         if (outcome == Outcome::Done && !reply.bProgress)
             return reply.nSerial == request.nSerial ? outcome : Outcome::Ended;
-        clock.Restart();
+        progress();
     }
     return outcome;
 }

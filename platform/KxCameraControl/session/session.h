@@ -1,8 +1,11 @@
 #ifndef KXCAMERACONTROL_SESSION_SESSION_H
 #define KXCAMERACONTROL_SESSION_SESSION_H
 
+#include <functional>
+
 #include "protocol/frame.h"
 #include "session/helperprocess.h"
+#include "session/timebudget.h"
 
 namespace kxcc {
 
@@ -27,10 +30,16 @@ public:
     bool IsRunning() const { return m_process.IsRunning(); }
     pid_t Pid() const { return m_process.Pid(); }
 
-    /// @param nDeadlineMs  longest time that the helper may wait without a sign of life
-    /// @param nLongestMs   longest time in all; 0 for none (a call that reports progress per feature)
+    enum class Progress
+    {
+        OfOneJob,  ///< it starts the deadline anew
+        OfFeatures ///< each is a feature that was finished; there is no longest time but the budget
+    };
+
+    /// @param budget    of the camera; the time of the call is booked to it
+    /// @param progress  what it means when the helper tells of progress
     /// @return the reply's code, or KX_CC_E_TIMEOUT, or KX_CC_E_SESSION_ENDED
-    int Call(Request &request, Reply &reply, int nDeadlineMs, int nLongestMs);
+    int Call(Request &request, Reply &reply, TimeBudget &budget, Progress progress = Progress::OfOneJob);
 
     void End(int nWaitMs) { m_process.End(nWaitMs); }
     void Kill() { m_process.Kill(); }
@@ -49,7 +58,7 @@ private:
     Outcome Receive(Reply &reply, WaitClock &clock);
     Outcome ReadExactly(void *pBuffer, size_t nSize, WaitClock &clock);
     Outcome WaitFor(short nEvents, WaitClock &clock);
-    Outcome Exchange(Request &request, Reply &reply, WaitClock &clock);
+    Outcome Exchange(Request &request, Reply &reply, WaitClock &clock, const std::function<void()> &progress);
 
     HelperProcess m_process;
     uint32_t m_nSerial = 0;

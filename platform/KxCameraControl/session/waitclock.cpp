@@ -30,13 +30,17 @@ std::string ReadProcFile(const std::string &strPath)
 } // namespace
 
 WaitClock::WaitClock(pid_t nPid, milliseconds deadline, milliseconds longest)
-    : m_strProcess("/proc/" + std::to_string(nPid))
+    : WaitClock("/proc/" + std::to_string(nPid), deadline, longest)
+{
+}
+
+WaitClock::WaitClock(std::string strProcess, milliseconds deadline, milliseconds longest)
+    : m_strProcess(std::move(strProcess))
     , m_deadline(deadline)
-    , m_longest(longest)
-    , m_begin(steady_clock::now())
-    , m_start(m_begin)
+    , m_start(steady_clock::now())
     , m_busyAtStart(-1)
 {
+    SetLongest(longest);
 }
 
 void WaitClock::Restart()
@@ -45,17 +49,21 @@ void WaitClock::Restart()
     m_busyAtStart = Busy();
 }
 
+void WaitClock::SetLongest(milliseconds longest)
+{
+    m_end = steady_clock::now() + longest;
+}
+
 bool WaitClock::HasExpired() const
 {
     // The state first: its stay in the queue is in the statistics once it has been seen to be over.
-    return steady_clock::now() - m_begin >= m_longest || (!IsRunnable() && Waited() >= m_deadline);
+    return steady_clock::now() >= m_end || (!IsRunnable() && Waited() >= m_deadline);
 }
 
 milliseconds WaitClock::NextLook() const
 {
     constexpr milliseconds kSoonest(20);
-    const nanoseconds left =
-        std::min(m_deadline - Waited(), m_longest - nanoseconds(steady_clock::now() - m_begin));
+    const nanoseconds left = std::min(m_deadline - Waited(), nanoseconds(m_end - steady_clock::now()));
     return std::max(kSoonest, std::chrono::duration_cast<milliseconds>(left) + milliseconds(1));
 }
 

@@ -15,8 +15,13 @@ class WaitClock
 public:
     WaitClock(pid_t nPid, std::chrono::milliseconds deadline, std::chrono::milliseconds longest);
 
+    /// The same with the process's folder of the proc file system.
+    WaitClock(std::string strProcess, std::chrono::milliseconds deadline, std::chrono::milliseconds longest);
+
     /// The camera gave a sign of life: the deadline starts anew, the longest time does not.
     void Restart();
+    /// The longest time, from now on.
+    void SetLongest(std::chrono::milliseconds longest);
     bool HasExpired() const;
     /// Time after which HasExpired() is worth asking again.
     std::chrono::milliseconds NextLook() const;
@@ -31,8 +36,7 @@ private:
 
     const std::string m_strProcess;
     const std::chrono::nanoseconds m_deadline;
-    const std::chrono::nanoseconds m_longest;
-    const std::chrono::steady_clock::time_point m_begin;
+    std::chrono::steady_clock::time_point m_end; ///< of the longest time
     std::chrono::steady_clock::time_point m_start;
     std::chrono::nanoseconds m_busyAtStart;
 };

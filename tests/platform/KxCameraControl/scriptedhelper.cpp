@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -47,6 +48,14 @@ Script ReadScript()
 void Receive(void *pBuffer, size_t nSize)
 {
     if (nSize > 0 && recv(kSocket, pBuffer, nSize, MSG_WAITALL) != static_cast<ssize_t>(nSize))
+        _exit(0);
+}
+
+/// Ends early, and with it this process, when the library hangs up.
+void Pause(unsigned int nMs)
+{
+    pollfd descriptor{kSocket, POLLRDHUP, 0};
+    if (poll(&descriptor, 1, static_cast<int>(nMs)) > 0)
         _exit(0);
 }
 
@@ -87,9 +96,9 @@ void Play(const Script &script, const Request &request)
     if (script.Is("exit-code"))
         _exit(7);
     if (script.Is("slow"))
-        usleep(script.nMs * 1000);
+        Pause(script.nMs);
     for (unsigned int i = 0; script.Is("progress") && i < script.nCount; ++i) {
-        usleep(script.nMs * 1000);
+        Pause(script.nMs);
         Send(request.nSerial, true);
     }
 }

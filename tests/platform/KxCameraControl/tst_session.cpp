@@ -1,4 +1,6 @@
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <thread>
@@ -78,6 +80,12 @@ private Q_SLOTS:
     void Call_HelperWritesWithoutEnd_GetsItsReplyAndAFewLines();
     void Call_HelperAborts_LogHasItsLastWordsAndTheSignal();
     void Call_HelperExits_LogHasItsExitCode();
+    void Call_EachFeatureTakesLong_EndsWithTheTotal();
+    void Call_OneFeatureTakesTooLong_EndsBeforeIt();
+    void Call_FeaturesInTurn_HaveTheirTimeEach();
+    void Call_Paused_IsNotCharged();
+    void Open_Again_HasAFreshBudget();
+    void Save_FeaturesAreFinished_GoesOnUntilTheTotal();
     void Open_HelperIsMissing_LogHasTheReason();
     void Open_NoStandardStreams_WorksAllTheSame();
 };
@@ -91,6 +99,7 @@ void tst_Session::initTestCase()
 void tst_Session::init()
 {
     messages.clear();
+    QCOMPARE(KX_CC_SetTimeBudget(KX_CC_FEATURE_BUDGET_MS, KX_CC_CAMERA_BUDGET_MS), KX_CC_OK);
 }
 
 void tst_Session::Call_HelperKeepsToTheProtocol_GivesItsReply()
@@ -137,6 +146,82 @@ void tst_Session::Call_HelperExits_LogHasItsExitCode()
     const ScriptedHandle handle("exit-code");
     QCOMPARE(handle.Get(), KX_CC_E_SESSION_ENDED);
     QCOMPARE(messages.value(0), "3" + CAMERA + "helper process ended with exit code 7");
+}
+
+void tst_Session::Call_EachFeatureTakesLong_EndsWithTheTotal()
+{
+    KX_CC_SetTimeBudget(0, 700);
+    const ScriptedHandle handle("slow 150");
+    QCOMPARE(handle.Code(), KX_CC_OK);
+    int nDone = 0;
+    int nCode = KX_CC_OK;
+    while ((nCode = handle.Get()) == KX_CC_OK && nDone < 100)
+        ++nDone;
+    QCOMPARE(nCode, KX_CC_E_TIMEOUT);
+    QVERIFY2(nDone >= 1 && nDone <= 4, qPrintable(QString::number(nDone)));
+    QCOMPARE(handle.Get(), KX_CC_E_LOST);
+    QCOMPARE(messages, QStringList({"3" + CAMERA + "its time budget is spent",
+                                    "3" + CAMERA + "lost: camera did not answer in time (143)"}));
+}
+
+void tst_Session::Call_OneFeatureTakesTooLong_EndsBeforeIt()
+{
+    KX_CC_SetTimeBudget(200, 0);
+    const ScriptedHandle handle("slow 2500"); // within the deadline of a call
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(handle.Get(), KX_CC_E_TIMEOUT);
+    QVERIFY2(timer.elapsed() >= 200, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < 2500, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(handle.Get(), KX_CC_E_LOST);
+}
+
+void tst_Session::Call_FeaturesInTurn_HaveTheirTimeEach()
+{
+    KX_CC_SetTimeBudget(800, 0);
+    const ScriptedHandle handle("slow 180");
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(handle.Get(), KX_CC_OK);
+}
+
+void tst_Session::Call_Paused_IsNotCharged()
+{
+    KX_CC_SetTimeBudget(500, 500);
+    const ScriptedHandle handle("");
+    QTest::qSleep(600);
+    QCOMPARE(handle.Get(), KX_CC_OK);
+}
+
+void tst_Session::Open_Again_HasAFreshBudget()
+{
+    KX_CC_SetTimeBudget(0, 300);
+    const ScriptedHandle handle("slow 100");
+    for (int i = 0; i < 20 && handle.Get() == KX_CC_OK; ++i) {
+    }
+    QCOMPARE(handle.Get(), KX_CC_E_LOST);
+    QCOMPARE(KX_CC_CloseDevice(handle.Handle()), KX_CC_OK);
+    KX_CC_SetTimeBudget(0, 60000);
+    QCOMPARE(KX_CC_OpenDevice(handle.Handle(), KX_CC_ACCESS_MODE_EXCLUSIVE, 0), KX_CC_OK);
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(handle.Get(), KX_CC_OK);
+}
+
+void tst_Session::Save_FeaturesAreFinished_GoesOnUntilTheTotal()
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath("bag"));
+    // Far longer than one feature may take, but there is always one finished.
+    KX_CC_SetTimeBudget(700, 60000);
+    const ScriptedHandle steady("progress 50 30");
+    QCOMPARE(KX_CC_FeatureSave(steady.Handle(), path), KX_CC_OK);
+    // The same ends in the middle when that is too long in all.
+    KX_CC_SetTimeBudget(700, 500);
+    const ScriptedHandle endless("progress 50 10000");
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(KX_CC_FeatureLoad(endless.Handle(), path), KX_CC_E_TIMEOUT);
+    QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(KX_CC_FeatureSave(endless.Handle(), path), KX_CC_E_LOST);
 }
 
 void tst_Session::Open_HelperIsMissing_LogHasTheReason()

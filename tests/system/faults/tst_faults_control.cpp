@@ -13,6 +13,7 @@ private slots:
     void initTestCase();
     void Export_CameraGoes_OtherCamerasComplete_data();
     void Export_CameraGoes_OtherCamerasComplete();
+    void Export_EachFeatureTakesLong_EndsWithTheTimeBudget();
     void Export_CameraUnplugged_IsNotFoundAndTheOthersAreExported();
     void Export_CameraPluggedAgain_IsExported();
 
@@ -60,6 +61,29 @@ void tst_Faults_Control::Export_CameraGoes_OtherCamerasComplete()
     QFETCH(QByteArray, fault);
     QFETCH(FaultBatch::Wanted, wanted);
     QCOMPARE(m_batch.Play(fault, wanted), QString());
+}
+
+// It would take some 30 s. What was read in its time counts, and the camera is free at once.
+void tst_Faults_Control::Export_EachFeatureTakesLong_EndsWithTheTimeBudget()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.SetFault("latency-us 400000 after=100"), QString());
+    qputenv("KX_CAMERA_TIME_BUDGET", "60000,2500");
+    const FaultBatch::Outcome outcome = m_batch.Export();
+    qunsetenv("KX_CAMERA_TIME_BUDGET");
+    QCOMPARE(m_batch.Farm().Command("clear *"), QByteArray("ok"));
+    const FaultBatch::Outcome again = m_batch.Export();
+
+    QCOMPARE(outcome.run.exitCode, 0);
+    QVERIFY2(outcome.nMilliseconds < FaultBatch::LONGEST_MS,
+             qPrintable(QString::number(outcome.nMilliseconds)));
+    QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
+    QCOMPARE(m_batch.CheckLeftovers(outcome), QString());
+    const QByteArray file = outcome.files.value("SimCam-150_SIM0002.kfb");
+    QCOMPARE(CheckFile(file, m_batch.Reference(), FaultBatch::Wanted::Part), QString());
+    QVERIFY(RecordsOf(file).size() < RecordsOf(m_batch.Reference()).size());
+    QCOMPARE(again.run.exitCode, 0);
+    QCOMPARE(again.files.value("SimCam-150_SIM0002.kfb").size(), m_batch.Reference().size());
 }
 
 void tst_Faults_Control::Export_CameraUnplugged_IsNotFoundAndTheOthersAreExported()

@@ -16,6 +16,9 @@
  *    the camera's helper process spends waiting; the time that process works or queues for a processor
  *    is granted on top, up to KX_CC_LONGEST_CALL_MS. While the camera is being opened, each part of its
  *    description that arrives starts the deadline anew: a long description is no silent camera.
+ *  - The *time budget* of a handle is what its calls may take from its opening on: one time without a
+ *    feature finished, read or written or refused, and one in all. Time between the calls does not count.
+ *    The call that spends it returns KX_CC_E_TIMEOUT, and the handle is lost; the camera is released.
  *
  * Each open camera is served by a helper process of its own (kx-camera-session), because a faulty camera
  * can crash or block the code that talks to it. The helper ends with its handle and with this process.
@@ -38,6 +41,13 @@ KX_CC_BEGIN_DECLS
 /** No call takes longer than this, in milliseconds, however busy the machine is; but opening a camera may
  * take as long again before, to start its helper process. */
 #define KX_CC_LONGEST_CALL_MS 60000
+
+/** Time budget of a handle, in milliseconds: without a feature finished, and in all. See
+ * KX_CC_SetTimeBudget(). */
+#define KX_CC_FEATURE_BUDGET_MS 60000
+#define KX_CC_CAMERA_BUDGET_MS 300000
+/** The largest values that may be set: a day. */
+#define KX_CC_LONGEST_BUDGET_MS 86400000
 
 /** Access modes of KX_CC_OpenDevice(). */
 #define KX_CC_ACCESS_MODE_EXCLUSIVE 1u
@@ -115,6 +125,25 @@ KX_CC_API int KX_CC_DestroyEnumerator(void *hEnumerator);
  * handle counts until it is closed. Threads: thread-safe. Does not block.
  */
 KX_CC_API bool KX_CC_IsDeviceOpen(const KX_CC_DEVICE_INFO *pstDevInfo);
+
+/* ---- Time ----------------------------------------------------------------------------------------- */
+
+/**
+ * Sets the time budget of the handles that are opened from now on in this process.
+ *
+ * Before it is called, the environment variable KX_CAMERA_TIME_BUDGET gives the two numbers, as
+ * "60000,300000", and the constants above if there is none. An application that keeps a camera open for hours
+ * has to do without a limit in all.
+ *
+ * @param nFeatureMs  Longest time of calls without a feature finished, in milliseconds, up to
+ *                    KX_CC_LONGEST_BUDGET_MS; 0 for no limit.
+ * @param nTotalMs    Longest time of all calls, likewise.
+ *
+ * Threads: thread-safe. Does not block.
+ *
+ * @retval KX_CC_E_PARAMETER  a number is too large; nothing changes
+ */
+KX_CC_API int KX_CC_SetTimeBudget(unsigned int nFeatureMs, unsigned int nTotalMs);
 
 /* ---- Opening and closing -------------------------------------------------------------------------- */
 
@@ -264,7 +293,7 @@ KX_CC_API int KX_XML_GetGenICamXML(void *hDevice, unsigned char *pBuffer, unsign
  *
  * @param szFileName  Path of the file; an existing one is replaced only when everything was read.
  *
- * Threads: one at a time per handle. Blocks up to the deadline per feature.
+ * Threads: one at a time per handle. Blocks up to the deadline per feature, and up to the time budget.
  *
  * @retval KX_CC_E_FILE_OPEN, KX_CC_E_FILE_WRITE  the file; nothing is left behind
  * and the results of reading a feature that concern the handle
