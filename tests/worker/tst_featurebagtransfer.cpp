@@ -17,6 +17,7 @@ private slots:
     void FeatureBagExport_Transport_SavesUnderModelAndSerial_data();
     void FeatureBagExport_Transport_SavesUnderModelAndSerial();
     void FeatureBagImport_PathOutsideLatin1_GoesWithSubstitutes();
+    void FeatureBagExport_PathOutsideLatin1_GoesWithSubstitutes();
     void run_CreateHandleFails_EndsSilently_data() { BothTypes(); }
     void run_CreateHandleFails_EndsSilently();
     void run_OpenFails_ClosesAndEndsSilently_data() { BothTypes(); }
@@ -88,6 +89,13 @@ void tst_FeatureBagTransfer::FeatureBagImport_PathOutsideLatin1_GoesWithSubstitu
     WorkerUnderTest worker;
     Run(&worker, 0, QString::fromUtf8("/ä/相机.kfb"));
     QCOMPARE(ScriptedSdk::Calls().at(2), QString::fromUtf8("KX_CC_FeatureLoad(/ä/??.kfb)"));
+}
+
+void tst_FeatureBagTransfer::FeatureBagExport_PathOutsideLatin1_GoesWithSubstitutes()
+{
+    WorkerUnderTest worker;
+    Run(&worker, 1, QString::fromUtf8("/ä/相机x"));
+    QCOMPARE(ScriptedSdk::Calls().at(2), QString::fromUtf8("KX_CC_FeatureSave(/ä/??x/M_S.kfb)"));
 }
 
 void tst_FeatureBagTransfer::run_CreateHandleFails_EndsSilently()

@@ -22,6 +22,7 @@ private slots:
     void Run_Streamable_DecidesWhatIsWritten();
     void Run_UserSetChoosers_AreNeverWritten();
     void Run_UserSetChooserInOtherCase_IsWritten();
+    void Run_OtherNames_AreAllWritten();
     void Run_RefusedFeature_IsLeftOut_data();
     void Run_RefusedFeature_IsLeftOut();
     void Run_SelectedElementOfAnotherTag_IsWrittenWithoutValue();
@@ -178,6 +179,68 @@ void tst_FeatureXmlExport::Run_UserSetChooserInOtherCase_IsWritten()
     WorkerUnderTest worker;
     Export(&worker, Description(Feature("Enumeration", "UsersetDefault")));
     QCOMPARE(Written(), Whole(Record("UsersetDefault", "Enumeration", "1")));
+}
+
+void tst_FeatureXmlExport::Run_OtherNames_AreAllWritten()
+{
+    // Two names are left out and no third one, however much it is about user sets or choosing.
+    QStringList names({"UserSetLoad",
+                       "UserSetSave",
+                       "UserSetCurrent",
+                       "UserSetDescription",
+                       "UserSetFeature",
+                       "UserSetFeatureSelector",
+                       "UserSetFeatureEnable",
+                       "UserSetDefaultSelector",
+                       "UserSetSelectorDefault",
+                       "UserSetDefault2",
+                       "DefaultUserSet",
+                       "UserSet",
+                       "Selector",
+                       "UserOutputSelector",
+                       "UserOutputValue",
+                       "DeviceUserID",
+                       "DeviceReset",
+                       "DeviceMode",
+                       "AcquisitionMode",
+                       "AcquisitionFrameRate",
+                       "TriggerSelector",
+                       "TriggerMode",
+                       "GainSelector",
+                       "Gain",
+                       "GainAuto",
+                       "ExposureTime",
+                       "ExposureAuto",
+                       "BlackLevel",
+                       "Gamma",
+                       "Width",
+                       "Height",
+                       "OffsetX",
+                       "OffsetY",
+                       "PixelFormat",
+                       "TestPattern",
+                       "ReverseX",
+                       "LineSelector",
+                       "LUTIndex",
+                       "SequencerMode",
+                       "SequencerSetSelector",
+                       "SequencerConfigurationMode",
+                       "ChunkModeActive",
+                       "TLParamsLocked",
+                       "PayloadSize",
+                       "GevSCPSPacketSize",
+                       "GevPersistentIPAddress"});
+    names.sort();
+    ScriptedSdk::AnswerEverything();
+    QByteArray features;
+    QByteArray records;
+    for (const QString &strName : qAsConst(names)) {
+        features += Feature("Integer", strName.toLatin1());
+        records += Record(strName.toLatin1(), "Integer", "1");
+    }
+    WorkerUnderTest worker;
+    Export(&worker, Description(features));
+    QCOMPARE(Written(), Whole(records));
 }
 
 void tst_FeatureXmlExport::Run_RefusedFeature_IsLeftOut_data()

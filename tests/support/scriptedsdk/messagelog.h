@@ -4,6 +4,8 @@
 #include <QMutex>
 #include <QStringList>
 
+#include "journal.h"
+
 /// Takes Qt's critical messages while it lives, as "CATEGORY|FILE|FUNCTION|TEXT"; others go on as before.
 /// One at a time.
 class MessageLog
@@ -40,11 +42,20 @@ private:
     {
         if (type != QtCriticalMsg)
             return s_previous(type, context, strText);
+        Journal::Note(QStringLiteral("log %1: %2").arg(FunctionName(context), strText));
         const QMutexLocker locker(&s_pLog->m_mutex);
         s_pLog->m_entries.append(
             QStringList({QString::fromLatin1(context.category), QString::fromLatin1(context.file),
                          QString::fromLatin1(context.function), strText})
                 .join(QLatin1Char('|')));
+    }
+
+    /// "void QOperateThread::FeatureXmlImport()" as "FeatureXmlImport".
+    static QString FunctionName(const QMessageLogContext &context)
+    {
+        return QString::fromLatin1(context.function)
+            .section(QLatin1Char(':'), -1)
+            .section(QLatin1Char('('), 0, 0);
     }
 
     inline static MessageLog *s_pLog = nullptr;

@@ -12,6 +12,8 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 
+#include "journal.h"
+
 namespace {
 
 struct Script
@@ -45,6 +47,13 @@ QString RefusalKey(const QString &strFunction, const QString &strFeature)
     return strFunction + QLatin1Char(' ') + strFeature;
 }
 
+/// The caller holds the mutex.
+void Note(const QString &strCall)
+{
+    TheScript().calls.append(strCall);
+    Journal::Note(strCall);
+}
+
 /// Records the call and gives what it was told to return. The caller holds the mutex.
 int Record(void *hDevice, const char *szFunction, const QStringList &arguments,
            const QString &strFeature = {})
@@ -54,10 +63,10 @@ int Record(void *hDevice, const char *szFunction, const QStringList &arguments,
     const QString strCall =
         strFunction + QLatin1Char('(') + arguments.join(QStringLiteral(", ")) + QLatin1Char(')');
     if (!script.handles.contains(hDevice)) {
-        script.calls.append(QStringLiteral("BAD HANDLE ") + strCall);
+        Note(QStringLiteral("BAD HANDLE ") + strCall);
         return KX_CC_E_HANDLE;
     }
-    script.calls.append(strCall);
+    Note(strCall);
     return script.refusals.value(RefusalKey(strFunction, strFeature),
                                  script.refusals.value(RefusalKey(strFunction, QString()), KX_CC_OK));
 }
@@ -101,6 +110,7 @@ void SetValue(const QString &strName, const QVariant &value)
 void ScriptedSdk::Reset()
 {
     ReleaseOpens();
+    Journal::Clear();
     const QMutexLocker locker(&mutex);
     TheScript() = Script();
 }
@@ -198,7 +208,7 @@ int KX_CC_CreateHandle(void **phDevice, const KX_CC_DEVICE_INFO *pstDevInfo)
 {
     const QMutexLocker locker(&mutex);
     Script &script = TheScript();
-    script.calls.append(QStringLiteral("KX_CC_CreateHandle()"));
+    Note(QStringLiteral("KX_CC_CreateHandle()"));
     script.stLastDeviceInfo = *pstDevInfo;
     const int nResult =
         script.refusals.value(RefusalKey(QStringLiteral("KX_CC_CreateHandle"), QString()), KX_CC_OK);

@@ -8,6 +8,8 @@
 
 #include <worker/qoperatethread.h>
 
+#include "journal.h"
+
 /// A worker whose inner parts are open to tests, and which notes its signals in their order:
 /// "begin 7 3", "failed 7 TEXT", "info 7 TEXT", "end 7 3 PATH". Use Events() in the thread of run(), or
 /// when it has finished.
@@ -20,22 +22,22 @@ public:
         connect(
             this, &QOperateThread::SigBeginThread, this,
             [this](long nDeviceID, unsigned int nType) {
-                m_events.append(QStringLiteral("begin %1 %2").arg(nDeviceID).arg(nType));
+                Note(QStringLiteral("begin %1 %2").arg(nDeviceID).arg(nType));
             },
             Qt::DirectConnection);
         connect(
             this, &QOperateThread::SigThreadInfo, this,
             [this](long nDeviceID, const QString &strMsg, bool bFailed) {
-                m_events.append(QStringLiteral("%1 %2 %3")
-                                    .arg(bFailed ? QStringLiteral("failed") : QStringLiteral("info"),
-                                         QString::number(nDeviceID), strMsg));
+                Note(QStringLiteral("%1 %2 %3")
+                         .arg(bFailed ? QStringLiteral("failed") : QStringLiteral("info"),
+                              QString::number(nDeviceID), strMsg));
             },
             Qt::DirectConnection);
         connect(
             this, &QOperateThread::SigEndThread, this,
             [this](long nDeviceID, unsigned int nType, QString strPath) {
-                m_events.append(QStringLiteral("end %1 %2 %3")
-                                    .arg(QString::number(nDeviceID), QString::number(nType), strPath));
+                Note(QStringLiteral("end %1 %2 %3")
+                         .arg(QString::number(nDeviceID), QString::number(nType), strPath));
             },
             Qt::DirectConnection);
     }
@@ -75,6 +77,12 @@ protected:
     }
 
 private:
+    void Note(const QString &strEvent)
+    {
+        m_events.append(strEvent);
+        Journal::Note(strEvent);
+    }
+
     QStringList m_events;
     unsigned int m_nRefusedSize = 0;
 };
