@@ -3,6 +3,14 @@
 #include <KxCameraControl/kxerrors.h>
 #include <ToolBase/lumointerface.h>
 
+// One class for programs with and without widgets: this one is built without.
+#ifdef QT_WIDGETS_LIB
+#    error "this test must not be built for widgets"
+#endif
+static_assert(std::is_same_v<decltype(&LumoInterface::getOpenFileName),
+                             QString (*)(QWidget *, const QString &, const QString &, const QString &,
+                                         QString *, QFileDialog::Options)>);
+
 // Conversions, texts of error codes, paths and the settings of the installation.
 class tst_LumoInterface : public QObject
 {

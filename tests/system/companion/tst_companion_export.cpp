@@ -13,6 +13,7 @@ private slots:
     void init();
     void cleanup();
 
+    void Program_Libraries_HoldNoWidgets();
     void List_Cameras_AreListedWithSerialAddressAndAccess();
     void List_CameraControlledByAnother_IsInUse();
     void Export_EightCameras_WritesAFileEach();
@@ -52,6 +53,16 @@ void tst_Companion_Export::init()
 void tst_Companion_Export::cleanup()
 {
     m_farm.Command("clear *");
+}
+
+void tst_Companion_Export::Program_Libraries_HoldNoWidgets()
+{
+    QProcess loader;
+    loader.start("ldd", {PROJECT_BIN_DIR "/kx-features"});
+    QVERIFY(loader.waitForFinished());
+    const QByteArray libraries = loader.readAllStandardOutput();
+    QVERIFY2(libraries.contains("libQt5Core"), libraries.constData());
+    QVERIFY2(!libraries.contains("libQt5Widgets") && !libraries.contains("libQt5Gui"), libraries.constData());
 }
 
 void tst_Companion_Export::List_Cameras_AreListedWithSerialAddressAndAccess()

@@ -1,20 +1,17 @@
 #ifndef TOOLBASE_LUMOINTERFACE_H
 #define TOOLBASE_LUMOINTERFACE_H
 
+#include <QFileDialog> // for its options alone, which cannot be declared ahead
 #include <QList>
 #include <QString>
-
-#ifdef QT_WIDGETS_LIB
-#    include <QFileDialog>
-#endif
 
 #include "toolbaseglobal.h"
 
 /// Services that all tools of an installation share.
 ///
 /// All functions are static and callable from any thread, unless said otherwise. The library itself links
-/// no widgets, so it serves programs without a window too; getOpenFileName() is there for users of
-/// Qt Widgets alone.
+/// no widgets, so it serves programs without a window too; the one function that needs them is in a library
+/// of its own, Lumo::ToolBaseDialogs.
 class TOOLBASE_EXPORT LumoInterface
 {
 public:
@@ -94,16 +91,13 @@ public:
     /// the lower 16 are ignored.
     static QString int2StringMacAddress(unsigned int high, unsigned int low);
 
-#ifdef QT_WIDGETS_LIB
+    // ---- Dialogs -------------------------------------------------------------------------------------
+
     /// Asks the user for one existing file; empty when cancelled. Parameters as in
-    /// QFileDialog::getOpenFileName(). GUI thread only.
+    /// QFileDialog::getOpenFileName(). GUI thread only. Link Lumo::ToolBaseDialogs for it.
     static QString getOpenFileName(QWidget *parent, const QString &caption, const QString &dir,
                                    const QString &filter, QString *selectedFilter,
-                                   QFileDialog::Options options)
-    {
-        return QFileDialog::getOpenFileName(parent, caption, dir, filter, selectedFilter, options);
-    }
-#endif
+                                   QFileDialog::Options options);
 };
 
 #endif
