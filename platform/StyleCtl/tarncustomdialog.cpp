@@ -8,7 +8,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "compositingwatch.h"
 #include "framegrip.h"
 #include "stylepainter.h"
 #include "tarncustomtitlebar.h"
@@ -33,7 +32,7 @@ TarnCustomDialog::TarnCustomDialog(QWidget *pParent, Qt::WindowFlags flags)
     m_pFrameLayout = new QVBoxLayout(this);
     m_pFrameLayout->setSpacing(0);
     m_pFrameLayout->addWidget(m_pTitleBar);
-    connect(CompositingWatch::Instance(), &CompositingWatch::Changed, this, &TarnCustomDialog::UpdateFrame);
+    WindowSystem::WatchCompositing(this, [this] { UpdateFrame(); });
     UpdateFrame();
 }
 
@@ -88,10 +87,10 @@ QRect TarnCustomDialog::FrameRect() const
     return rect().marginsRemoved(cShadowMargins());
 }
 
-QColor TarnCustomDialog::BackgroundColor() const
+QColor TarnCustomDialog::cBackgroundColor(TarnCustom::CtrlState eState) const
 {
     const QColor normal = m_mapBackground.value(TarnCustom::StateNormal, StylePainter::Window);
-    return isEnabled() ? normal : m_mapBackground.value(TarnCustom::StateDisabled, normal);
+    return eState == TarnCustom::StateDisabled ? m_mapBackground.value(eState, normal) : normal;
 }
 
 // The content keeps clear of the grip, which must get the mouse itself: children may be native windows.
@@ -115,7 +114,8 @@ void TarnCustomDialog::paintEvent(QPaintEvent *)
     const QRect frame = FrameRect();
     if (!cShadowMargins().isNull())
         StylePainter::DrawShadow(&painter, frame, nShadowWidth);
-    painter.fillRect(frame, BackgroundColor());
+    painter.fillRect(frame,
+                     cBackgroundColor(isEnabled() ? TarnCustom::StateNormal : TarnCustom::StateDisabled));
     if (!m_pTitleBar->isHidden()) {
         // The bar's colours go on over the grip beside it.
         const int nBottom = m_pTitleBar->geometry().bottom();

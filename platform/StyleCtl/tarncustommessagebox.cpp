@@ -28,6 +28,7 @@ TarnCustomMessageBox::TarnCustomMessageBox(QWidget *pParent)
     cSetBackgroundColor(Qt::white);
 
     m_pIcon = new HintIcon(HintIcon::Information);
+    m_pIcon->setObjectName(QStringLiteral("MessageIcon"));
     m_pContent = new TarnCustomLabel;
     m_pContent->setObjectName(QStringLiteral("MessageContent"));
     m_pContent->setWordWrap(true);

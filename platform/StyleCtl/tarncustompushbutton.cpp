@@ -118,6 +118,11 @@ QColor TarnCustomPushButton::cBorderColor(CtrlState eState) const
     return BorderOf(eState).color;
 }
 
+TarnCustom::BorderEdge TarnCustomPushButton::cBorderEdge(TarnCustom::CtrlState eState) const
+{
+    return BorderOf(eState).eEdge;
+}
+
 QSize TarnCustomPushButton::sizeHint() const
 {
     const int nIcon = icon().isNull() ? 0 : iconSize().width() + 6;

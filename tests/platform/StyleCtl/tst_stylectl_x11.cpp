@@ -101,6 +101,7 @@ private:
         }
         return isDone();
     }
+    QByteArray ToldMargins() const;
     void DragBy(const QPoint &from, const QPoint &by);
 
     QProcess m_windowManager;
@@ -148,6 +149,15 @@ void tst_StyleCtlX11::cleanup()
     delete m_pWindow;
 }
 
+/// The shadow's margins as the window manager reads them: left, right, top, bottom.
+QByteArray tst_StyleCtlX11::ToldMargins() const
+{
+    QProcess process;
+    process.start("xprop", {"-id", QString::number(m_pWindow->winId()), "_GTK_FRAME_EXTENTS"});
+    process.waitForFinished(5000);
+    return process.readAllStandardOutput().trimmed().split('=').value(1).trimmed();
+}
+
 void tst_StyleCtlX11::DragBy(const QPoint &from, const QPoint &by)
 {
     const auto place = [](const QPoint &pos) {
@@ -191,12 +201,14 @@ void tst_StyleCtlX11::Compositor_StartsAndEnds_ShadowComesAndGoes()
         QVERIFY(compositor.IsRunning());
         QTRY_VERIFY(!m_pWindow->cShadowMargins().isNull());
         QTRY_VERIFY(m_pWindow->cCentralWidget()->width() < contentBefore.width());
+        QTRY_COMPARE(ToldMargins(), QByteArray("10, 10, 10, 10"));
         m_pWindow->showMaximized();
         QTRY_VERIFY(m_pWindow->cShadowMargins().isNull());
         m_pWindow->showNormal();
         QTRY_VERIFY(!m_pWindow->cShadowMargins().isNull());
     }
     QTRY_VERIFY(m_pWindow->cShadowMargins().isNull());
+    QTRY_COMPARE(ToldMargins(), QByteArray("0, 0, 0, 0"));
     QTRY_COMPARE(m_pWindow->cCentralWidget()->size(), contentBefore);
 }
 

@@ -36,6 +36,8 @@ public:
     /// Colour of the area below the title bar. A state without a colour shows the normal one; hovered and
     /// pressed are not used.
     void cSetBackgroundColor(const QColor &color, TarnCustom::CtrlState eState = TarnCustom::StateNormal);
+    /// The colour that is drawn in a state.
+    QColor cBackgroundColor(TarnCustom::CtrlState eState) const;
 
     /// Where the mouse can stretch the window; none at start. A corner needs its own flag.
     void cSetStrechEdges(TarnCustom::StrechEdges edges);
@@ -43,6 +45,7 @@ public:
 
     /// Turns the drop shadow on or off; off at start.
     void cEnableDefualtShadow(bool bEnable = true);
+    bool cIsDefualtShadowEnabled() const { return m_bShadow; }
 
     /// Width of the translucent margin at present; null while no shadow is drawn.
     QMargins cShadowMargins() const;
@@ -68,7 +71,6 @@ private:
     void PlaceInCentre();
     bool FillsScreen() const;
     QRect FrameRect() const;
-    QColor BackgroundColor() const;
 
     TarnCustomTitleBar *m_pTitleBar = nullptr;
     QPointer<QWidget> m_pCentralWidget;

@@ -40,8 +40,9 @@ public:
     /// State that the button is drawn in.
     TarnCustom::CtrlState cState() const;
 
-    /// Border colour in a state, as drawn.
+    /// Border in a state, as drawn: its colour, and the edges that have it.
     QColor cBorderColor(TarnCustom::CtrlState eState) const;
+    TarnCustom::BorderEdge cBorderEdge(TarnCustom::CtrlState eState) const;
 
     QSize sizeHint() const override;
 
