@@ -1,5 +1,7 @@
 #include <QtTest>
 
+#include <QAbstractEventDispatcher>
+#include <QAbstractNativeEventFilter>
 #include <QPushButton>
 #include <QStyle>
 
@@ -38,6 +40,13 @@ QWidget *Window()
 void Note(const QString &strCall)
 {
     services.listCalls.append(strCall);
+}
+
+const QAbstractNativeEventFilter *pInstalledFilter = nullptr;
+
+QImage AppIcon(const QIcon &icon)
+{
+    return icon.pixmap(32, 32).toImage();
 }
 
 /// Waits for the event loop: showing the window handles events too, but cannot be ended.
@@ -92,7 +101,9 @@ QString LumoInterface::language()
 void LumoInterface::processID(const QString &name, QList<long long> *ids)
 {
     Note("processes of " + name);
-    Note(QGuiApplication::windowIcon().isNull() ? "no icon" : "icon");
+    const QIcon wanted(":/Lumo/AppIcon/FeatureBag.ico");
+    Note(AppIcon(wanted).isNull() || AppIcon(QGuiApplication::windowIcon()) != AppIcon(wanted) ? "no icon"
+                                                                                               : "icon");
     Note(TarnCustom::language() == TarnCustom::Chinese ? "Chinese" : "English");
     Note(Window() ? "window too early" : "no window yet");
     ids->append(services.listProcesses);
@@ -104,6 +115,31 @@ void LumoInterface::killProcess(const QString &name)
     Note(Window() ? "window still there" : "window has gone");
 }
 
+// Qt's own, which are called through this program too; they note when the tool's filter comes and goes.
+void QCoreApplication::installNativeEventFilter(QAbstractNativeEventFilter *pFilter)
+{
+    if (dynamic_cast<LumoNativeEventFilter *>(pFilter)) {
+        pInstalledFilter = pFilter;
+        Note(QThread::currentThread()->loopLevel() == 0 && Window() && Window()->isVisible()
+                 ? "filter installed"
+                 : "filter installed at the wrong time");
+    }
+    QAbstractEventDispatcher::instance()->installNativeEventFilter(pFilter);
+}
+
+void QCoreApplication::removeNativeEventFilter(QAbstractNativeEventFilter *pFilter)
+{
+    if (pFilter == pInstalledFilter)
+        Note("filter removed");
+    QAbstractEventDispatcher::instance()->removeNativeEventFilter(pFilter);
+}
+
+QAbstractNativeEventFilter::~QAbstractNativeEventFilter()
+{
+    if (this == pInstalledFilter)
+        Note("filter deleted");
+}
+
 class tst_Startup : public QObject
 {
     Q_OBJECT
@@ -112,6 +148,7 @@ private slots:
     void init();
 
     void Run_OnlyInstance_StepsComeInTheirOrder();
+    void Run_AnotherStyleWished_StyleIsFusion();
     void Run_ProcessListEmpty_WindowOpens();
     void Run_AnotherInstance_EndsSilentlyWithZero();
     void Run_EventLoopEnds_ItsResultIsReturned();
@@ -133,6 +170,7 @@ void tst_Startup::init()
 {
     services = Services();
     services.whenWindowShown = [] { QCoreApplication::exit(0); };
+    pInstalledFilter = nullptr;
     // What an earlier run left in the process.
     QResource::unregisterResource(services.strConfigPath + "/rcc/lumo.rcc");
     QResource::unregisterResource(services.strConfigPath + "/rcc/ToolBarBtn.rcc");
@@ -152,14 +190,47 @@ int tst_Startup::Run(QVector<QByteArray> vecArguments)
 
 void tst_Startup::Run_OnlyInstance_StepsComeInTheirOrder()
 {
+    services.whenWindowShown = [] {
+        connect(Window(), &QObject::destroyed,
+                [] { Note(qApp ? "window destroyed" : "window destroyed too late"); });
+        QCoreApplication::exit(0);
+    };
     QCOMPARE(Run(), 0);
-    QCOMPARE(
-        services.listCalls,
-        QStringList({"log /log4qt/log4qt_IEFeatures.conf", "style fusion", "images", "tool bar images",
-                     "plug-ins", "not native yet", "language, native", "no icon yet",
-                     "processes of Lumo_ImportExportFeatures", "icon", "English", "no window yet",
-                     "window built", "window shown", "end Lumo_ImportExportFeatures", "window still there"}));
+    QCOMPARE(services.listCalls, QStringList({"log /log4qt/log4qt_IEFeatures.conf",
+                                              "style fusion",
+                                              "images",
+                                              "tool bar images",
+                                              "plug-ins",
+                                              "not native yet",
+                                              "language, native",
+                                              "no icon yet",
+                                              "processes of Lumo_ImportExportFeatures",
+                                              "icon",
+                                              "English",
+                                              "no window yet",
+                                              "window built",
+                                              "filter installed",
+                                              "window shown",
+                                              "filter removed",
+                                              "filter deleted",
+                                              "end Lumo_ImportExportFeatures",
+                                              "window still there",
+                                              "window destroyed"}));
     QVERIFY(!qApp);
+}
+
+void tst_Startup::Run_AnotherStyleWished_StyleIsFusion()
+{
+    qputenv("QT_STYLE_OVERRIDE", "windows");
+    QString strShown;
+    services.whenWindowShown = [&] {
+        strShown = QApplication::style()->objectName();
+        QCoreApplication::exit(0);
+    };
+    QCOMPARE(Run(), 0);
+    qunsetenv("QT_STYLE_OVERRIDE");
+    QVERIFY(services.listCalls.contains("style fusion"));
+    QCOMPARE(strShown, QString("fusion"));
 }
 
 void tst_Startup::Run_ProcessListEmpty_WindowOpens()
