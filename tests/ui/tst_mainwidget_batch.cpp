@@ -2,11 +2,15 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 
-#include <StyleCtl/tarncustomloadingdialog.h>
+#include <StyleCtl/tarncustommessagebox.h>
+#include <ToolBase/lumointerface.h>
 
 #include "batchfixture.h"
+#include "marker.h"
 #include "scriptedcameras.h"
+#include "tabledevices.h"
 
 class tst_MainWidget_Batch : public QObject
 {
@@ -22,19 +26,49 @@ private slots:
     void Import_OnlyHiddenRowsTicked_ClearsTextsAndStartsNothing();
     void Import_FileChosen_IsWhereTheNextDialogStarts();
     void Import_Dialog_HasItsCaptionAndFilter();
+    void Import_Done_BoxHasNoTitleOfItsOwnNoDetailAndTheInformationSign();
+    void FirstDialogs_NothingChosenYet_StartWithTheUsersFiles();
+    void FirstDialog_Open_CaptionsAreThoseOfBefore();
+    void Export_Running_TheNextDialogStillStartsWhereItWould();
+    void Export_TickedRowWithoutATreeItem_IsLeftOut();
+    void Export_AllFailAfterASuccess_NoMessage();
     void Export_Succeeds_WritesFilesAndShowsWhere();
     void Export_Dialog_HasItsCaption();
     void Export_Cancelled_OnlyTheCaptionsChange();
     void Export_FolderChosen_IsWhereBothDialogsStart();
     void Export_CamerasOfManyRows_EachTickedOneIsOpenedOnce();
-    void Running_BusyDialog_TellsTheOperation();
-    void ShowMsg_EmptyTitle_IsPrompt();
+    void ShowMsg_EmptyTitle_IsThePromptOfTheWindow();
+    void ShowMsg_Texts_StandWhereTheyBelong();
 
 private:
     QStringList StartsOfBothDialogs();
+    QStringList ShownMessage(const QString &strTitle, const QString &strContent, const QString &strDetail);
 
     std::unique_ptr<BatchFixture> m_pFixture;
 };
+
+namespace {
+
+/// Title, content and detail of a message.
+QStringList TextsOf(const QWidget *pBox)
+{
+    return {pBox->windowTitle(), pBox->findChild<QLabel *>("MessageContent")->text(),
+            pBox->findChild<QPlainTextEdit *>("MessageDetail")->toPlainText()};
+}
+
+QImage SignOf(QWidget *pBox)
+{
+    return pBox->findChild<QWidget *>("MessageIcon")->grab().toImage();
+}
+
+QImage InformationSign()
+{
+    TarnCustomMessageBox box;
+    box.SetIconStyle(TarnCustomMessageBox::HintInformation);
+    return SignOf(&box);
+}
+
+} // namespace
 
 void tst_MainWidget_Batch::init()
 {
@@ -61,6 +95,22 @@ QStringList tst_MainWidget_Batch::StartsOfBothDialogs()
     m_pFixture->m_pWindow->OnBtnImport();
     m_pFixture->m_pWindow->OnBtnExport();
     return hands.AllDone() ? listStarts : QStringList();
+}
+
+/// What a message of the window shows; its sign is that of an information.
+QStringList tst_MainWidget_Batch::ShownMessage(const QString &strTitle, const QString &strContent,
+                                               const QString &strDetail)
+{
+    QStringList listTexts;
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        listTexts = TextsOf(pBox);
+        if (SignOf(pBox) != InformationSign())
+            listTexts.append("another sign");
+        pBox->close();
+    });
+    m_pFixture->m_pWindow->OnShowMsg(strTitle, strContent, strDetail);
+    return listTexts;
 }
 
 void tst_MainWidget_Batch::Import_OneFails_CountsTextsTipAndOneMessage()
@@ -176,6 +226,101 @@ void tst_MainWidget_Batch::Import_Dialog_HasItsCaptionAndFilter()
     QCOMPARE(listFilters, QStringList("Import File(*.kfb)"));
 }
 
+void tst_MainWidget_Batch::Import_Done_BoxHasNoTitleOfItsOwnNoDetailAndTheInformationSign()
+{
+    Marker marker; // a title of the window would be marked
+    QCoreApplication::installTranslator(&marker);
+    m_pFixture->ShowCameras({NetworkCamera(1)});
+    QStringList listTexts;
+    QImage sign;
+    ModalHands hands;
+    hands.Then("MessageBox", [&](QWidget *pBox) {
+        listTexts = TextsOf(pBox);
+        sign = SignOf(pBox);
+        pBox->close();
+    });
+    m_pFixture->Begin(1, 2);
+    m_pFixture->End(1, 2);
+    QVERIFY(hands.AllDone());
+    QCOMPARE(listTexts, QStringList({"Prompt", "#Importing process is over.", ""}));
+    QVERIFY(sign == InformationSign());
+}
+
+void tst_MainWidget_Batch::FirstDialogs_NothingChosenYet_StartWithTheUsersFiles()
+{
+    const QString strPath = QDir(LumoInterface::userDataPath()).absolutePath();
+    QVERIFY(strPath != QDir::currentPath());
+    QCOMPARE(StartsOfBothDialogs(), QStringList({strPath, strPath}));
+}
+
+void tst_MainWidget_Batch::FirstDialog_Open_CaptionsAreThoseOfBefore()
+{
+    QStringList listCaptions;
+    const auto note = [&](QWidget *pDialog) {
+        listCaptions.append(m_pFixture->LabelText("DoingLabel") + '|' +
+                            m_pFixture->LabelText("SuccessLabel"));
+        ModalHands::Cancel(pDialog);
+    };
+    ModalHands hands;
+    hands.Then("QFileDialog", note).Then("QFileDialog", note).Then("QFileDialog", note);
+    m_pFixture->m_pWindow->OnBtnImport();
+    m_pFixture->m_pWindow->OnBtnExport();
+    m_pFixture->m_pWindow->OnBtnImport();
+    QCOMPARE(listCaptions, QStringList({"|", " Importing| Imported.", " Exporting| Exported."}));
+}
+
+void tst_MainWidget_Batch::Export_Running_TheNextDialogStillStartsWhereItWould()
+{
+    QVERIFY(QDir(m_pFixture->Dir()).mkdir("out"));
+    m_pFixture->ShowCameras({NetworkCamera(1)});
+    m_pFixture->TickAll();
+    ScriptedCameras::Hold("SN0001");
+    QString strStart;
+    ModalHands hands;
+    ChooseFile(hands, m_pFixture->Dir() + "/out").Then("LoadingDlg", [&](QWidget *) {
+        ModalHands others; // the first ones are busy here
+        others.Then("QFileDialog", [&](QWidget *pDialog) {
+            strStart = qobject_cast<QFileDialog *>(pDialog)->directory().absolutePath();
+            pDialog->close(); // disabled with the window, so that no key reaches it
+        });
+        m_pFixture->m_pWindow->OnBtnImport();
+        ScriptedCameras::Release("SN0001");
+    });
+    CloseMessage(hands, "ExportBtn");
+    m_pFixture->ClickButton("ExportBtn");
+    QTRY_VERIFY(hands.AllDone());
+    QCOMPARE(strStart, QDir(LumoInterface::userDataPath()).absolutePath());
+}
+
+void tst_MainWidget_Batch::Export_TickedRowWithoutATreeItem_IsLeftOut()
+{
+    m_pFixture->ShowCameras({NetworkCamera(1)});
+    const HandMadeItem unknown(NetworkCamera(2), 1, "eth0");
+    m_pFixture->m_pWindow->onNewDevice(unknown.pItem);
+    m_pFixture->Table()->setRowHidden(1, false);
+    m_pFixture->TickAll();
+    QVERIFY(m_pFixture->IsChecked(1));
+    m_pFixture->Run("ExportBtn", m_pFixture->Dir());
+    QCOMPARE(m_pFixture->Counts(), QString("0, 1, 0"));
+    QCOMPARE(m_pFixture->Text(1, 8), QString());
+    QCOMPARE(ScriptedCameras::Opened(), QStringList("SN0001"));
+}
+
+void tst_MainWidget_Batch::Export_AllFailAfterASuccess_NoMessage()
+{
+    m_pFixture->ShowCameras({NetworkCamera(1)});
+    m_pFixture->TickAll();
+    m_pFixture->Run("ExportBtn", m_pFixture->Dir());
+    QCOMPARE(m_pFixture->Counts(), QString("0, 1, 0"));
+    ScriptedCameras::FailOpen("SN0001");
+    ModalHands hands;
+    ChooseFile(hands, m_pFixture->Dir());
+    m_pFixture->ClickButton("BackBtn");
+    m_pFixture->ClickButton("ExportBtn"); // returns when the busy dialog has closed
+    QCOMPARE(m_pFixture->Counts(), QString("0, 0, 1"));
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
 void tst_MainWidget_Batch::Export_Succeeds_WritesFilesAndShowsWhere()
 {
     m_pFixture->ShowCameras({NetworkCamera(1), UsbCamera(2)});
@@ -267,38 +412,18 @@ void tst_MainWidget_Batch::Export_CamerasOfManyRows_EachTickedOneIsOpenedOnce()
     QCOMPARE(m_pFixture->Text(3, 8), QString());
 }
 
-void tst_MainWidget_Batch::Running_BusyDialog_TellsTheOperation()
+// The box itself would say "Prompt", but in its own words.
+void tst_MainWidget_Batch::ShowMsg_EmptyTitle_IsThePromptOfTheWindow()
 {
-    m_pFixture->ShowCameras({NetworkCamera(1)});
-    m_pFixture->TickAll();
-    const auto *pBusy = m_pFixture->m_pWindow->findChild<TarnCustomLoadingDialog *>();
-    ModalHands hands;
-    ChooseFile(hands, m_pFixture->Dir()).Then("SaveDoneHintDlg", [](QWidget *pBox) { pBox->close(); });
-    m_pFixture->ClickButton("ExportBtn");
-    QTRY_VERIFY(hands.AllDone());
-    QCOMPARE(pBusy->LabelText(), QString("Exporting features..."));
-    QVERIFY(!pBusy->isVisible());
-
-    ChooseFile(hands, m_pFixture->WriteFile("in.kfb", "ABC-1000")).Then("MessageBox", [](QWidget *pBox) {
-        pBox->close();
-    });
-    m_pFixture->ClickButton("BackBtn");
-    m_pFixture->ClickButton("ImportBtn");
-    QTRY_VERIFY(hands.AllDone());
-    QCOMPARE(pBusy->LabelText(), QString("Importing features..."));
+    Marker marker;
+    QCoreApplication::installTranslator(&marker);
+    QCOMPARE(ShownMessage({}, "content", "detail"), QStringList({"#Prompt", "content", "detail"}));
 }
 
-void tst_MainWidget_Batch::ShowMsg_EmptyTitle_IsPrompt()
+void tst_MainWidget_Batch::ShowMsg_Texts_StandWhereTheyBelong()
 {
-    QStringList listTexts;
-    ModalHands hands;
-    hands.Then("MessageBox", [&](QWidget *pBox) {
-        listTexts = QStringList{pBox->windowTitle(), pBox->findChild<QLabel *>("MessageContent")->text()};
-        pBox->close();
-    });
-    m_pFixture->Show();
-    m_pFixture->m_pWindow->OnShowMsg("", "content", "detail");
-    QCOMPARE(listTexts, QStringList({"Prompt", "content"}));
+    QCOMPARE(ShownMessage("title", "content", "detail"), QStringList({"title", "content", "detail"}));
+    QCOMPARE(ShownMessage("title", "content", {}), QStringList({"title", "content", ""}));
 }
 
 QTEST_MAIN(tst_MainWidget_Batch)

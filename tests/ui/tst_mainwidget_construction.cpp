@@ -1,20 +1,21 @@
 #include <QtTest>
 
+#include <QAbstractEventDispatcher>
 #include <QDialog>
-#include <QFont>
-#include <QFrame>
-#include <QHBoxLayout>
+#include <QLayout>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QStackedWidget>
-#include <QTranslator>
 
-#include <StyleCtl/tarncustomlinewidget.h>
+#include <dlfcn.h>
+#include <functional>
+
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustomtitlebar.h>
 #include <ToolBase/lumointerface.h>
 #include <language/languageversion.h>
 
+#include "marker.h"
 #include "scriptedcameras.h"
 #include "windowfixture.h"
 
@@ -28,11 +29,6 @@ private slots:
 
     void MetaObject_Slots_StandInTheirOrder();
     void MetaObject_ParameterNames_AreRegistered();
-    void Construct_Window_HasTitleSizeAndColour();
-    void Construct_Buttons_AreDisabledAndStyled();
-    void Construct_Counts_ReadZeroInTheirColours();
-    void Construct_Pages_OperatePageIsShown();
-    void Construct_Layout_HasItsMarginsAndOrder();
     void Construct_OperateTexts_AreEmpty();
     void Translate_Chinese_EveryTextChanges();
     void Translate_NoOperation_OperateTextsStay();
@@ -41,8 +37,12 @@ private slots:
     void Translate_RowsWithStatus_AreCleared();
     void CustomEvent_LanguageChanged_TheNewOneIsShown();
     void CustomEvent_OtherType_IsAcceptedAndChangesNothing();
+    void CustomEvent_Null_IsIgnored();
+    void ChangeEvent_OtherType_GoesOnToTheFrame();
+    void MaxCameraNum_SettingChanged_IsTheNewOne();
     void ApplicationState_Active_MarksTheWindowMappedAndHandlesEvents();
     void ApplicationState_DialogClosedMeanwhile_IsDeletedAfterwards();
+    void ApplicationState_Active_TheThreeCallsComeInTheirOrder();
     void ApplicationState_Others_DoNothing();
     void Back_Pressed_ShowsTheOperatePage();
     void Close_NoBatch_Closes();
@@ -50,18 +50,21 @@ private slots:
     void Keyboard_Tab_ReachesTreeHeaderAndTable();
 };
 
-namespace {
+struct _GMainContext; // of GLib
+using GMainContext = _GMainContext;
+static std::function<void()> whenWokenUp;
 
-/// Marks every text of the window's context, so that one that is not re-applied shows.
-class Marker : public QTranslator
+// GLib's own, which Qt calls through this program.
+extern "C" Q_DECL_EXPORT void g_main_context_wakeup(GMainContext *pContext)
 {
-public:
-    QString translate(const char *pContext, const char *pText, const char *, int) const override
-    {
-        return qstrcmp(pContext, "MainWidget") == 0 ? QStringLiteral("#") + pText : QString();
-    }
-    bool isEmpty() const override { return false; }
-};
+    if (whenWokenUp && QThread::currentThread() == qApp->thread())
+        whenWokenUp();
+    using Wakeup = void (*)(GMainContext *);
+    static const auto pReal = reinterpret_cast<Wakeup>(dlsym(RTLD_NEXT, "g_main_context_wakeup"));
+    pReal(pContext);
+}
+
+namespace {
 
 void MakeBatch(WindowFixture &fixture, unsigned int nType)
 {
@@ -110,118 +113,18 @@ void tst_MainWidget_Construction::MetaObject_Slots_StandInTheirOrder()
 
 void tst_MainWidget_Construction::MetaObject_ParameterNames_AreRegistered()
 {
-    const auto names = [](const char *pSlot) {
-        const QMetaObject &meta = MainWidget::staticMetaObject;
-        return meta.method(meta.indexOfMethod(pSlot)).parameterNames();
-    };
-    QCOMPARE(names("OnShowMsg(QString,QString,QString)"),
-             QList<QByteArray>({"strTitle", "strContent", "strDetail"}));
-    QCOMPARE(names("onNewDevice(QTreeWidgetItem*)"), QList<QByteArray>({"pItem"}));
-    QCOMPARE(names("onDeleteDevice(QTreeWidgetItem*)"), QList<QByteArray>({""}));
-    QCOMPARE(names("onUpdateDevice(QTreeWidgetItem*)"), QList<QByteArray>({""}));
-    QCOMPARE(names("onCellCheckStateChanged(int,int)"), QList<QByteArray>({"nRow", "nColumn"}));
-    QCOMPARE(names("onHeaderCheckStateChanged(int)"), QList<QByteArray>({""}));
-    QCOMPARE(names("onSortTableWidget(int,bool)"), QList<QByteArray>({"", "bAscending"}));
-    QCOMPARE(names("onBeginThread(long,uint)"), QList<QByteArray>({"lCamerID", "nThreadType"}));
-    QCOMPARE(names("onEndThread(long,uint,QString)"),
-             QList<QByteArray>({"lCameraID", "nThreadType", "strFilePath"}));
-    QCOMPARE(names("onThreadInfo(long,QString,bool)"), QList<QByteArray>({"nDeviceID", "strMsg", "bFailed"}));
-}
-
-void tst_MainWidget_Construction::Construct_Window_HasTitleSizeAndColour()
-{
-    WindowFixture fixture;
-    QCOMPARE(fixture.m_pWindow->windowTitle(), QString("Import/Export Features"));
-    QCOMPARE(fixture.m_pWindow->cTitleBar()->cText(), QString("Import/Export Features V9.8.7"));
-    QCOMPARE(fixture.m_pWindow->cTitleBar()->minimumHeight(), 37);
-    QCOMPARE(fixture.m_pWindow->cTitleBar()->maximumHeight(), 37);
-    QCOMPARE(fixture.m_pWindow->size(), QSize(1058, 632));
-    QCOMPARE(fixture.m_pWindow->minimumWidth(), 1058);
-    QCOMPARE(int(fixture.m_pWindow->cStrechEdges()), 0xCB);
-}
-
-void tst_MainWidget_Construction::Construct_Buttons_AreDisabledAndStyled()
-{
-    WindowFixture fixture;
-    for (const QString &strName : {QString("ImportBtn"), QString("ExportBtn")}) {
-        TarnCustomPushButton *pButton = fixture.Button(strName);
-        QVERIFY(!pButton->isEnabled());
-        QCOMPARE(pButton->minimumSize(), QSize(70, 26));
-        QCOMPARE(pButton->maximumSize(), QSize(70, 26));
-        QCOMPARE(pButton->cBorderColor(TarnCustom::StateNormal), QColor("#f76900"));
-        QCOMPARE(int(pButton->cStyle()), 1);
-    }
-    QCOMPARE(fixture.Button("ImportBtn")->text(), QString("Import"));
-    QCOMPARE(fixture.Button("ExportBtn")->text(), QString("Export"));
-    QCOMPARE(fixture.Button("BackBtn")->text(), QString("Back"));
-    QCOMPARE(fixture.Button("BackBtn")->minimumSize(), QSize(86, 26));
-    QCOMPARE(fixture.Button("BackBtn")->maximumSize(), QSize(86, 26));
-}
-
-void tst_MainWidget_Construction::Construct_Counts_ReadZeroInTheirColours()
-{
-    WindowFixture fixture;
-    QCOMPARE(fixture.Counts(), QString("0, 0, 0"));
-    const QVector<QPair<QString, QString>> vecColors{
-        {"TotalNumLabel", "#FAB700"}, {"SuccessNumLabel", "#00D53C"}, {"FailedNumLabel", "#FC2F2F"}};
-    for (const auto &color : vecColors) {
-        const auto *pLabel = fixture.m_pWindow->findChild<TarnCustomLabel *>(color.first);
-        QCOMPARE(pLabel->cFontColor(), QColor(color.second));
-        QCOMPARE(pLabel->font().pixelSize(), 32);
-        QCOMPARE(pLabel->font().weight(), 75);
-        QVERIFY(pLabel->font().italic());
-        QCOMPARE(pLabel->alignment(), Qt::AlignCenter);
-        QCOMPARE(pLabel->minimumWidth(), 50);
-        QCOMPARE(pLabel->maximumWidth(), 50);
-    }
-    for (const QString &strName : {QString("DoingLabel"), QString("SuccessLabel"), QString("FailedLabel")}) {
-        const auto *pLabel = fixture.m_pWindow->findChild<TarnCustomLabel *>(strName);
-        QCOMPARE(pLabel->cFontColor(), QColor("#6C6C6C"));
-        QCOMPARE(pLabel->font().pixelSize(), 12);
-    }
-}
-
-void tst_MainWidget_Construction::Construct_Pages_OperatePageIsShown()
-{
-    WindowFixture fixture;
-    const auto *pStack = fixture.m_pWindow->findChild<QStackedWidget *>("PageStack");
-    QCOMPARE(pStack->count(), 2);
-    QCOMPARE(pStack->widget(0)->objectName(), QString("OperatePage"));
-    QCOMPARE(pStack->widget(1)->objectName(), QString("ResultPage"));
-    QCOMPARE(pStack->currentIndex(), 0);
-    QCOMPARE(pStack->minimumHeight(), 57);
-    QCOMPARE(pStack->maximumHeight(), 57);
-}
-
-void tst_MainWidget_Construction::Construct_Layout_HasItsMarginsAndOrder()
-{
-    WindowFixture fixture;
-    const QLayout *pMain = fixture.m_pWindow->cCentralWidget()->layout();
-    QCOMPARE(pMain->contentsMargins(), QMargins(25, 0, 25, 20));
-    QCOMPARE(pMain->spacing(), 0);
-    QCOMPARE(pMain->itemAt(0)->widget()->objectName(), QString("PageStack"));
-    const QLayout *pBody = pMain->itemAt(1)->layout();
-    QCOMPARE(pBody->itemAt(0)->widget(), static_cast<QWidget *>(fixture.Tree()));
-    QCOMPARE(pBody->itemAt(1)->widget(), static_cast<QWidget *>(fixture.Table()));
-
-    const QLayout *pResult = fixture.m_pWindow->findChild<QWidget *>("ResultPage")->layout();
-    QStringList listItems; // widgets by name, dividers as "|", spaces by their width
-    for (int i = 0; i < pResult->count(); ++i) {
-        QLayoutItem *pItem = pResult->itemAt(i);
-        if (qobject_cast<TarnCustomLineWidget *>(pItem->widget()))
-            listItems.append("|");
-        else if (pItem->widget())
-            listItems.append(pItem->widget()->objectName());
-        else
-            listItems.append(QString::number(pItem->sizeHint().width()));
-    }
-    QCOMPARE(listItems,
-             QStringList({"TotalNumLabel", "DoingLabel", "20", "|", "20", "SuccessNumLabel", "SuccessLabel",
-                          "20", "|", "20", "FailedNumLabel", "FailedLabel", "0", "BackBtn"}));
-    for (const auto *pLine : fixture.m_pWindow->findChildren<TarnCustomLineWidget *>()) {
-        QCOMPARE(pLine->maximumSize(), QSize(1, 20));
-        QCOMPARE(pLine->cBackgroundColor(), QColor("#BFBFBF"));
-    }
+    const QMetaObject &meta = MainWidget::staticMetaObject;
+    QStringList listNames;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        listNames.append(meta.method(i).name() + ": " + meta.method(i).parameterNames().join(' '));
+    QCOMPARE(listNames, QStringList({"OnBtnRefresh: ", "OnEndRefresh: ", "OnBtnImport: ", "OnBtnExport: ",
+                                     "OnShowMsg: strTitle strContent strDetail", "onNewDevice: pItem",
+                                     "onDeleteDevice: ", "onUpdateDevice: ", "OnTreeSelectesChanged: ",
+                                     "onCellCheckStateChanged: nRow nColumn", "onHeaderCheckStateChanged: ",
+                                     "onSortTableWidget:  bAscending", "onBeginThread: lCamerID nThreadType",
+                                     "onEndThread: lCameraID nThreadType strFilePath",
+                                     "onThreadInfo: nDeviceID strMsg bFailed",
+                                     "onBackClicked: ", "OnApplicationStateChange: "}));
 }
 
 void tst_MainWidget_Construction::Construct_OperateTexts_AreEmpty()
@@ -323,6 +226,34 @@ void tst_MainWidget_Construction::CustomEvent_OtherType_IsAcceptedAndChangesNoth
     QCOMPARE(fixture.Button("ImportBtn")->text(), QString("Import"));
 }
 
+void tst_MainWidget_Construction::CustomEvent_Null_IsIgnored()
+{
+    struct Access : MainWidget
+    {
+        using MainWidget::customEvent;
+    };
+    WindowFixture fixture;
+    (fixture.m_pWindow.get()->*&Access::customEvent)(nullptr);
+    QCOMPARE(fixture.Button("ImportBtn")->text(), QString("Import"));
+}
+
+void tst_MainWidget_Construction::ChangeEvent_OtherType_GoesOnToTheFrame()
+{
+    WindowFixture fixture;
+    fixture.Show();
+    QVERIFY(!fixture.m_pWindow->layout()->contentsMargins().isNull());
+    fixture.m_pWindow->setWindowState(Qt::WindowMaximized);
+    QTRY_VERIFY(fixture.m_pWindow->layout()->contentsMargins().isNull()); // a frame at the screen's edge
+}
+
+void tst_MainWidget_Construction::MaxCameraNum_SettingChanged_IsTheNewOne()
+{
+    WindowFixture fixture(5);
+    QCOMPARE(fixture.m_pWindow->GetMaxCameraNum(), 5);
+    fixture.WriteSettings("ENG", 7);
+    QCOMPARE(fixture.m_pWindow->GetMaxCameraNum(), 7);
+}
+
 /// Counts the events of type User that it gets.
 class Counter : public QObject
 {
@@ -361,6 +292,26 @@ void tst_MainWidget_Construction::ApplicationState_DialogClosedMeanwhile_IsDelet
 
     QVERIFY(pDialog && !pDialog->isVisible());
     QTRY_VERIFY(!pDialog);
+}
+
+// Interrupting shows as a wake-up of the event loop.
+void tst_MainWidget_Construction::ApplicationState_Active_TheThreeCallsComeInTheirOrder()
+{
+    if (!QThread::currentThread()->eventDispatcher()->inherits("QEventDispatcherGlib"))
+        QSKIP("needs the GLib event loop");
+    WindowFixture fixture;
+    QCoreApplication::processEvents();
+    fixture.m_pWindow->setAttribute(Qt::WA_Mapped, false);
+    QStringList listCalls;
+    const auto note = [&](const char *pCall) {
+        listCalls.append(QString(pCall) +
+                         (fixture.m_pWindow->testAttribute(Qt::WA_Mapped) ? ", mapped" : ", not mapped"));
+    };
+    QTimer::singleShot(0, qApp, [&] { note("events"); });
+    whenWokenUp = [&] { note("interrupt"); };
+    fixture.m_pWindow->OnApplicationStateChange(Qt::ApplicationActive);
+    whenWokenUp = nullptr;
+    QCOMPARE(listCalls, QStringList({"interrupt, mapped", "events, mapped"}));
 }
 
 void tst_MainWidget_Construction::ApplicationState_Others_DoNothing()

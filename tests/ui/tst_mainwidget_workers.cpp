@@ -26,6 +26,9 @@ private slots:
     void NextBatch_EveryThreadRefused_EndsWithoutAMessage();
     void NextBatch_ThreadAllowedAgain_Succeeds();
     void RemovedCamera_IdleWorker_IsDeleted();
+    void RemovedCamera_BackAgain_GetsAWorkerOfItsOwn();
+    void RemovedCamera_LateSignals_DoNotCountForTheCameraThatIsBack();
+    void Close_WorkerRunsButNoneIsCounted_Closes();
     void Destroy_WorkerAtWork_WaitsForIt();
 
 private:
@@ -209,6 +212,8 @@ void tst_MainWidget_Workers::NextBatch_AfterAFailure_ClearsTextAndTipButNotColou
     m_pFixture->ClickButton("ExportBtn");
     QTRY_VERIFY(hands.AllDone());
     QCOMPARE(m_pFixture->Text(0, 8), QString("Exported."));
+    QCOMPARE(m_pFixture->Table()->detailTip(0, 8), QString());
+    QCOMPARE(m_pFixture->Table()->item(0, 8)->foreground(), QBrush(Qt::red));
 }
 
 void tst_MainWidget_Workers::NextBatch_WorkerStillRuns_AFreshOneTakesItsPlace()
@@ -360,6 +365,41 @@ void tst_MainWidget_Workers::RemovedCamera_IdleWorker_IsDeleted()
     QCOMPARE(m_pFixture->m_pWindow->findChildren<QOperateThread *>().size(), 2);
     m_pFixture->ChangeCameras({NetworkCamera(2)});
     QTRY_COMPARE(m_pFixture->m_pWindow->findChildren<QOperateThread *>().size(), 1);
+}
+
+void tst_MainWidget_Workers::RemovedCamera_BackAgain_GetsAWorkerOfItsOwn()
+{
+    m_pFixture->ShowCameras({NetworkCamera(1)});
+    m_pFixture->TickAll();
+    m_pFixture->Run("ExportBtn", m_pFixture->Dir());
+    m_pFixture->ChangeCameras({});
+    QTRY_VERIFY(Workers().isEmpty());
+    m_pFixture->ChangeCameras({NetworkCamera(1)});
+    QTRY_COMPARE(m_pFixture->m_pWindow->GetCameraNum(), 1);
+    m_pFixture->ClickCheckBox(0);
+    m_pFixture->Run("ExportBtn", m_pFixture->Dir());
+    QCOMPARE(m_pFixture->Counts(), QString("0, 1, 0"));
+    QCOMPARE(Workers().size(), 1);
+}
+
+void tst_MainWidget_Workers::RemovedCamera_LateSignals_DoNotCountForTheCameraThatIsBack()
+{
+    HoldWorkerOfABatchThatEnded();
+    m_pFixture->ChangeCameras({});
+    QTRY_COMPARE(m_pFixture->m_pWindow->GetCameraNum(), 0);
+    m_pFixture->ChangeCameras({NetworkCamera(1)});
+    QTRY_COMPARE(m_pFixture->m_pWindow->GetCameraNum(), 1);
+    ScriptedCameras::Release("SN0001");
+    QTRY_VERIFY(Workers().isEmpty());
+    QCOMPARE(m_pFixture->Counts(), QString("0, 1, 0")); // as the batch left them
+    QCOMPARE(m_pFixture->Text(0, 8), QString());
+}
+
+void tst_MainWidget_Workers::Close_WorkerRunsButNoneIsCounted_Closes()
+{
+    HoldWorkerOfABatchThatEnded();
+    QVERIFY(m_pFixture->m_pWindow->close());
+    ScriptedCameras::Release("SN0001");
 }
 
 void tst_MainWidget_Workers::Destroy_WorkerAtWork_WaitsForIt()
