@@ -84,6 +84,12 @@ void CheckTableDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &o
     m_pTable->style()->drawControl(QStyle::CE_ItemViewItem, &content, pPainter, m_pTable);
 }
 
+bool CheckTableDelegate::editorEvent(QEvent *, QAbstractItemModel *, const QStyleOptionViewItem &,
+                                     const QModelIndex &)
+{
+    return false;
+}
+
 bool CheckTableDelegate::IsElided(const QModelIndex &index) const
 {
     QStyleOptionViewItem option;

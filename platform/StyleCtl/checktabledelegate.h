@@ -17,6 +17,10 @@ public:
     void paint(QPainter *pPainter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
 
+    /// Ticks nothing, and never takes an event: the base class would tick without the table's signal.
+    bool editorEvent(QEvent *pEvent, QAbstractItemModel *pModel, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
+
     /// Whether the text of a cell does not fit into it.
     bool IsElided(const QModelIndex &index) const;
 

@@ -261,10 +261,11 @@ void TarnCustomTableWidget::focusOutEvent(QFocusEvent *pEvent)
 void TarnCustomTableWidget::keyPressEvent(QKeyEvent *pEvent)
 {
     const Qt::KeyboardModifiers modifiers = pEvent->modifiers() & ~Qt::KeypadModifier;
-    if (pEvent->key() == Qt::Key_Space && modifiers == Qt::NoModifier) {
-        if (!pEvent->isAutoRepeat())
+    if (pEvent->key() == Qt::Key_Space) {
+        // Never to the base class, which would look for a row whose text begins with what was typed.
+        if (modifiers == Qt::NoModifier && !pEvent->isAutoRepeat())
             ToggleCurrentRow();
-        pEvent->accept();
+        pEvent->setAccepted(modifiers == Qt::NoModifier);
     } else if (pEvent->key() == Qt::Key_A && modifiers == Qt::ControlModifier) {
         pEvent->setAccepted(TickHeader(Qt::Checked));
     } else if (pEvent->key() == Qt::Key_A && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {

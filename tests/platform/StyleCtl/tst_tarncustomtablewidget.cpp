@@ -1,3 +1,5 @@
+#include <QApplication>
+#include <QHeaderView>
 #include <QSignalSpy>
 
 #include "checktable.h"
@@ -15,21 +17,40 @@ private slots:
     void SetCheckBoxVisible_HiddenAgain_BoxAndStateGo();
     void SetCheckBoxVisible_ShownTwice_KeepsState();
     void SetCheckBoxVisible_OutOfRange_Ignored();
+    void SetCheckBoxVisible_DisabledBoxShownAgain_IsEnabled();
     void SetCellCheckState_NoBox_NothingAndNoSignal();
     void SetCellCheckState_DisabledBox_ClearsButDoesNotTick();
     void SetCellCheckState_EmitSignal_SignalledOnceAlsoWithoutChange();
     void SetCellCheckState_WithoutEmit_NoSignal();
     void SetCheckBoxEnable_TickedBox_KeepsState();
     void SetCheckBoxEnable_NoBox_StaysFalse();
+    void SetCheckBoxEnable_SameTwice_StaysSo();
     void SetDetailTip_CellWithoutItem_MakesNoItem();
     void SetDetailTip_EmptyText_RemovesTip();
+    void SetDetailTip_EmptyText_LeavesNoData();
     void SortItems_TickedDisabledAndTipped_TravelWithTheirRows();
     void SortItems_HiddenRow_StaysHiddenAtItsNewPlace();
     void RemoveRow_TickedRow_OthersKeepTheirs();
+    void Construct_Table_ChoosesOneRowAndEditsNothing();
+    void Construct_WithoutSize_HasNoRowsAndColumns();
+    void Language_Changed_TextsAreSetAnew();
+    void ConnetSectionResized_OnTwiceThenOff_ListensOnceThenNot();
 
 private:
     CheckTable *m_pTable = nullptr;
 };
+
+namespace {
+
+/// Tells how many listen to the resizing of its sections.
+class CountingHeader : public QHeaderView
+{
+public:
+    using QHeaderView::QHeaderView;
+    int Listeners() const { return receivers(SIGNAL(sectionResized(int, int, int))); }
+};
+
+} // namespace
 
 void tst_TarnCustomTableWidget::init()
 {
@@ -88,6 +109,14 @@ void tst_TarnCustomTableWidget::SetCheckBoxVisible_OutOfRange_Ignored()
     }
 }
 
+void tst_TarnCustomTableWidget::SetCheckBoxVisible_DisabledBoxShownAgain_IsEnabled()
+{
+    m_pTable->setCheckBoxEnable(0, 0, false);
+    m_pTable->setCheckBoxVisible(0, 0, false);
+    m_pTable->setCheckBoxVisible(0, 0, true);
+    QVERIFY(m_pTable->cellCheckEnable(0, 0));
+}
+
 void tst_TarnCustomTableWidget::SetCellCheckState_NoBox_NothingAndNoSignal()
 {
     QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
@@ -143,6 +172,15 @@ void tst_TarnCustomTableWidget::SetCheckBoxEnable_NoBox_StaysFalse()
     QVERIFY(!m_pTable->cellCheckEnable(0, 1));
 }
 
+void tst_TarnCustomTableWidget::SetCheckBoxEnable_SameTwice_StaysSo()
+{
+    m_pTable->setCheckBoxEnable(0, 0, true);
+    QVERIFY(m_pTable->cellCheckEnable(0, 0));
+    m_pTable->setCheckBoxEnable(0, 0, false);
+    m_pTable->setCheckBoxEnable(0, 0, false);
+    QVERIFY(!m_pTable->cellCheckEnable(0, 0));
+}
+
 void tst_TarnCustomTableWidget::SetDetailTip_CellWithoutItem_MakesNoItem()
 {
     m_pTable->setDetailTip(4, 2, "tip");
@@ -155,6 +193,13 @@ void tst_TarnCustomTableWidget::SetDetailTip_EmptyText_RemovesTip()
     QCOMPARE(m_pTable->detailTip(0, 2), QString("one\r\ntwo"));
     m_pTable->setDetailTip(0, 2, QString());
     QCOMPARE(m_pTable->detailTip(0, 2), QString());
+}
+
+void tst_TarnCustomTableWidget::SetDetailTip_EmptyText_LeavesNoData()
+{
+    m_pTable->setDetailTip(0, 2, "tip");
+    m_pTable->setDetailTip(0, 2, QString());
+    QVERIFY(!m_pTable->item(0, 2)->data(Qt::ToolTipRole).isValid());
 }
 
 void tst_TarnCustomTableWidget::SortItems_TickedDisabledAndTipped_TravelWithTheirRows()
@@ -188,6 +233,54 @@ void tst_TarnCustomTableWidget::RemoveRow_TickedRow_OthersKeepTheirs()
     m_pTable->removeRow(0);
     QCOMPARE(m_pTable->cellCheckState(0, 0), Qt::Unchecked);
     QCOMPARE(m_pTable->cellCheckState(1, 0), Qt::Checked);
+}
+
+void tst_TarnCustomTableWidget::Construct_Table_ChoosesOneRowAndEditsNothing()
+{
+    const TarnCustomTableWidget table(2, 3);
+    QCOMPARE(table.rowCount(), 2);
+    QCOMPARE(table.columnCount(), 3);
+    QCOMPARE(table.objectName(), QString("TableWidget"));
+    QCOMPARE(table.selectionBehavior(), QAbstractItemView::SelectRows);
+    QCOMPARE(table.selectionMode(), QAbstractItemView::SingleSelection);
+    QCOMPARE(table.editTriggers(), QAbstractItemView::NoEditTriggers);
+    QCOMPARE(table.horizontalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    QCOMPARE(table.verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    QVERIFY(!table.tabKeyNavigation());
+    QVERIFY(!table.wordWrap());
+    QVERIFY(table.verticalHeader()->isHidden());
+    QVERIFY(table.viewport()->hasMouseTracking());
+    QCOMPARE(table.palette().color(QPalette::Window), QColor(Qt::white));
+    QCOMPARE(table.palette().color(QPalette::Text), QColor("#333333")); // whatever the desktop's is
+    QVERIFY(table.accessibleDescription().contains("Space"));
+}
+
+void tst_TarnCustomTableWidget::Construct_WithoutSize_HasNoRowsAndColumns()
+{
+    const TarnCustomTableWidget table;
+    QCOMPARE(table.rowCount(), 0);
+    QCOMPARE(table.columnCount(), 0);
+}
+
+void tst_TarnCustomTableWidget::Language_Changed_TextsAreSetAnew()
+{
+    m_pTable->setAccessibleDescription("in another language");
+    QEvent change(QEvent::LanguageChange);
+    QApplication::sendEvent(m_pTable, &change);
+    QVERIFY(m_pTable->accessibleDescription().contains("Space"));
+}
+
+void tst_TarnCustomTableWidget::ConnetSectionResized_OnTwiceThenOff_ListensOnceThenNot()
+{
+    auto *pHeader = new CountingHeader(Qt::Horizontal, m_pTable);
+    m_pTable->setHorizontalHeader(pHeader);
+    const int nBefore = pHeader->Listeners();
+    m_pTable->connetSectionResized(true);
+    QCOMPARE(pHeader->Listeners(), nBefore + 1);
+    m_pTable->connetSectionResized(true);
+    QCOMPARE(pHeader->Listeners(), nBefore + 1);
+    m_pTable->connetSectionResized(false);
+    QCOMPARE(pHeader->Listeners(), nBefore);
 }
 
 QTEST_MAIN(tst_TarnCustomTableWidget)

@@ -20,24 +20,21 @@ private slots:
     void Click_PressedInOneCellReleasedInAnother_Nothing();
     void Click_RightButton_Nothing();
     void DoubleClick_InBoxCell_TogglesTwice();
+    void DoubleClick_EmptyRow_CurrentRowStays();
     void Click_EmptyRow_CurrentRowStays();
     void Click_TableDisabled_Nothing();
     void Click_SlotRemovesTheRow_Survives();
     void Click_SlotUndoesTheTick_StaysUnticked();
-    void KeySpace_RowWithBox_TogglesAndSignalsOnce();
-    void KeySpace_DisabledBox_Nothing();
-    void KeySpace_CurrentRowHidden_Nothing();
-    void KeySpace_NoRows_Nothing();
-    void KeyEnd_EmptyRowsBelow_StopsAtLastFilledRow();
-    void KeyHome_FirstRowHidden_GoesToFirstVisible();
-    void KeyDown_LastFilledRow_Stays();
-    void KeyPageDown_EmptyRowsBelow_StopsAtLastFilledRow();
-    void KeyCtrlA_CheckHeader_TicksHeaderAndSignalsOnce();
-    void KeyCtrlShiftA_CheckHeader_ClearsHeader();
-    void KeyCtrlA_PlainHeader_NothingTicked();
+    void Click_LeftPressedRightReleased_Nothing();
+    void Click_ReleasedTwice_TogglesOnce();
+    void Click_AnywhereInTheBoxCell_TogglesOnce();
+    void Drag_OverOtherRows_ChoosesNone();
     void ToolTip_DetailTip_ShownWithLineBreaksEscaped();
     void ToolTip_TextCutOff_ShowsWholeText();
     void ToolTip_TextFits_None();
+    void ToolTip_TextFitsExactly_None();
+    void ToolTip_OverACellWithoutOne_ClosesTheOpenOne();
+    void ToolTip_BelowTheRows_None();
     void Paint_DisabledBox_LooksDifferent();
     void Paint_SelectedRowWithColouredText_KeepsTheColour();
 
@@ -133,6 +130,13 @@ void tst_TarnCustomTableWidgetInput::DoubleClick_InBoxCell_TogglesTwice()
     QCOMPARE(m_pTable->cellCheckState(0, 0), Qt::Unchecked);
 }
 
+void tst_TarnCustomTableWidgetInput::DoubleClick_EmptyRow_CurrentRowStays()
+{
+    m_pTable->selectRow(0);
+    QTest::mouseDClick(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(4, 1));
+    QCOMPARE(m_pTable->currentRow(), 0);
+}
+
 void tst_TarnCustomTableWidgetInput::Click_EmptyRow_CurrentRowStays()
 {
     m_pTable->selectRow(0);
@@ -166,99 +170,34 @@ void tst_TarnCustomTableWidgetInput::Click_SlotUndoesTheTick_StaysUnticked()
     QCOMPARE(m_pTable->cellCheckState(1, 0), Qt::Unchecked);
 }
 
-// ---- Keyboard ----------------------------------------------------------------------------------------
-
-void tst_TarnCustomTableWidgetInput::KeySpace_RowWithBox_TogglesAndSignalsOnce()
+void tst_TarnCustomTableWidgetInput::Click_LeftPressedRightReleased_Nothing()
 {
-    m_pTable->setCurrentCell(2, 1);
     QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
-    QTest::keyClick(m_pTable, Qt::Key_Space);
-    QCOMPARE(m_pTable->cellCheckState(2, 0), Qt::Checked);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0), QVariantList({2, 0}));
-}
-
-void tst_TarnCustomTableWidgetInput::KeySpace_DisabledBox_Nothing()
-{
-    m_pTable->setCheckBoxEnable(0, 0, false);
-    m_pTable->setCurrentCell(0, 0);
-    QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
-    QTest::keyClick(m_pTable, Qt::Key_Space);
+    QTest::mousePress(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(0, 0));
+    QTest::mouseRelease(m_pTable->viewport(), Qt::RightButton, {}, m_pTable->Centre(0, 0));
     QCOMPARE(changed.count(), 0);
 }
 
-void tst_TarnCustomTableWidgetInput::KeySpace_CurrentRowHidden_Nothing()
+void tst_TarnCustomTableWidgetInput::Click_ReleasedTwice_TogglesOnce()
 {
-    m_pTable->setCurrentCell(1, 0);
-    m_pTable->setRowHidden(1, true);
-    QTest::keyClick(m_pTable, Qt::Key_Space);
-    QCOMPARE(m_pTable->cellCheckState(1, 0), Qt::Unchecked);
-}
-
-void tst_TarnCustomTableWidgetInput::KeySpace_NoRows_Nothing()
-{
-    m_pTable->setRowCount(0);
     QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
-    QTest::keyClick(m_pTable, Qt::Key_Space);
-    QTest::keyClick(m_pTable, Qt::Key_Down);
-    QTest::keyClick(m_pTable, Qt::Key_End);
-    QCOMPARE(changed.count(), 0);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyEnd_EmptyRowsBelow_StopsAtLastFilledRow()
-{
-    m_pTable->setCurrentCell(0, 0);
-    QTest::keyClick(m_pTable, Qt::Key_End);
-    QCOMPARE(m_pTable->currentRow(), 2);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyHome_FirstRowHidden_GoesToFirstVisible()
-{
-    m_pTable->setRowHidden(0, true);
-    m_pTable->setCurrentCell(2, 0);
-    QTest::keyClick(m_pTable, Qt::Key_Home);
-    QCOMPARE(m_pTable->currentRow(), 1);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyDown_LastFilledRow_Stays()
-{
-    m_pTable->setCurrentCell(1, 0);
-    QTest::keyClick(m_pTable, Qt::Key_Down);
-    QTest::keyClick(m_pTable, Qt::Key_Down);
-    QCOMPARE(m_pTable->currentRow(), 2);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyPageDown_EmptyRowsBelow_StopsAtLastFilledRow()
-{
-    m_pTable->setCurrentCell(0, 0);
-    QTest::keyClick(m_pTable, Qt::Key_PageDown);
-    QCOMPARE(m_pTable->currentRow(), 2);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyCtrlA_CheckHeader_TicksHeaderAndSignalsOnce()
-{
-    QSignalSpy changed(m_pTable->Header(), &TarnCustomCheckHeaderView::SigCheckStateChange);
-    QTest::keyClick(m_pTable, Qt::Key_A, Qt::ControlModifier);
-    QCOMPARE(m_pTable->Header()->checkState(0), Qt::Checked);
+    QTest::mousePress(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(0, 0));
+    QTest::mouseRelease(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(0, 0));
+    QTest::mouseRelease(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(0, 0));
     QCOMPARE(changed.count(), 1);
 }
 
-void tst_TarnCustomTableWidgetInput::KeyCtrlShiftA_CheckHeader_ClearsHeader()
+// Wherever the style would draw a box of its own.
+void tst_TarnCustomTableWidgetInput::Click_AnywhereInTheBoxCell_TogglesOnce()
 {
-    m_pTable->Header()->setCheckState(0, Qt::Checked);
-    QSignalSpy changed(m_pTable->Header(), &TarnCustomCheckHeaderView::SigCheckStateChange);
-    QTest::keyClick(m_pTable, Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
-    QCOMPARE(m_pTable->Header()->checkState(0), Qt::Unchecked);
-    QCOMPARE(changed.count(), 1);
-}
-
-void tst_TarnCustomTableWidgetInput::KeyCtrlA_PlainHeader_NothingTicked()
-{
-    m_pTable->setHorizontalHeader(new QHeaderView(Qt::Horizontal, m_pTable));
     QSignalSpy changed(m_pTable, &TarnCustomTableWidget::SigCellCheckStateChanged);
-    QTest::keyClick(m_pTable, Qt::Key_A, Qt::ControlModifier);
-    QCOMPARE(m_pTable->cellCheckState(0, 0), Qt::Unchecked);
-    QCOMPARE(changed.count(), 0);
+    const QRect cell = m_pTable->visualRect(m_pTable->model()->index(0, 0));
+    int nClicks = 0;
+    for (int x = cell.left(); x <= cell.right(); ++x) {
+        QTest::mouseClick(m_pTable->viewport(), Qt::LeftButton, {}, QPoint(x, cell.center().y()));
+        QCOMPARE(changed.count(), ++nClicks);
+        QCOMPARE(m_pTable->cellCheckState(0, 0), nClicks % 2 ? Qt::Checked : Qt::Unchecked);
+    }
 }
 
 // ---- What is shown -----------------------------------------------------------------------------------
@@ -282,6 +221,41 @@ void tst_TarnCustomTableWidgetInput::ToolTip_TextFits_None()
     QCOMPARE(TipShownAt(0, 1), QString());
 }
 
+// The cell's text begins three pixels to the right of where the style puts it.
+void tst_TarnCustomTableWidgetInput::ToolTip_TextFitsExactly_None()
+{
+    m_pTable->item(0, 1)->setText("just about fits");
+    QStyleOptionViewItem option;
+    option.initFrom(m_pTable);
+    option.font = m_pTable->font();
+    const QModelIndex index = m_pTable->model()->index(0, 1);
+    const int nNeeded = m_pTable->itemDelegate()->sizeHint(option, index).width() + 3;
+    const int nGrid = m_pTable->columnWidth(1) - m_pTable->visualRect(index).width();
+    m_pTable->setColumnWidth(1, nNeeded + nGrid);
+    QCOMPARE(TipShownAt(0, 1), QString());
+    m_pTable->setColumnWidth(1, nNeeded + nGrid - 1);
+    QVERIFY(TipShownAt(0, 1).contains("just about fits"));
+}
+
+void tst_TarnCustomTableWidgetInput::ToolTip_OverACellWithoutOne_ClosesTheOpenOne()
+{
+    m_pTable->setDetailTip(0, 2, "of another cell");
+    QVERIFY(!TipShownAt(0, 2).isEmpty());
+    const QPoint pos = m_pTable->Centre(1, 2);
+    QHelpEvent help(QEvent::ToolTip, pos, m_pTable->viewport()->mapToGlobal(pos));
+    QVERIFY(QApplication::sendEvent(m_pTable->viewport(), &help));
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void tst_TarnCustomTableWidgetInput::ToolTip_BelowTheRows_None()
+{
+    m_pTable->setRowCount(1);
+    const QPoint pos(20, m_pTable->viewport()->height() - 5);
+    QHelpEvent help(QEvent::ToolTip, pos, m_pTable->viewport()->mapToGlobal(pos));
+    QVERIFY(QApplication::sendEvent(m_pTable->viewport(), &help));
+    QVERIFY(!QToolTip::isVisible());
+}
+
 void tst_TarnCustomTableWidgetInput::Paint_DisabledBox_LooksDifferent()
 {
     m_pTable->setCellCheckState(0, 0, Qt::Checked);
@@ -300,6 +274,16 @@ void tst_TarnCustomTableWidgetInput::Paint_SelectedRowWithColouredText_KeepsTheC
     for (int x = 0; x < cell.width(); ++x)
         nRed += cell.pixelColor(x, cell.height() / 2) == QColor(Qt::red) ? 1 : 0;
     QVERIFY2(nRed > 20, qPrintable(QString::number(nRed)));
+}
+
+void tst_TarnCustomTableWidgetInput::Drag_OverOtherRows_ChoosesNone()
+{
+    QTest::mousePress(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(0, 1));
+    QMouseEvent move(QEvent::MouseMove, m_pTable->Centre(2, 1), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(m_pTable->viewport(), &move);
+    QTest::mouseRelease(m_pTable->viewport(), Qt::LeftButton, {}, m_pTable->Centre(2, 1));
+    QCOMPARE(m_pTable->currentRow(), 0);
+    QVERIFY(!m_pTable->selectionModel()->isRowSelected(2, QModelIndex()));
 }
 
 QTEST_MAIN(tst_TarnCustomTableWidgetInput)
