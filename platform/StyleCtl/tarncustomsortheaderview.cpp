@@ -195,8 +195,13 @@ QSize TarnCustomSortHeaderView::sectionSizeFromContents(int nSection) const
 
 void TarnCustomSortHeaderView::paintEvent(QPaintEvent *pEvent)
 {
-    QPainter(viewport()).fillRect(pEvent->rect(), StylePainter::Header); // right of the last section
     QHeaderView::paintEvent(pEvent);
+    if (orientation() != Qt::Horizontal)
+        return;
+    // What lies behind the last section; the base class leaves it to the style.
+    const QRect rest(length() - offset(), 0, viewport()->width(), viewport()->height());
+    QPainter(viewport())
+        .fillRect(QStyle::visualRect(layoutDirection(), viewport()->rect(), rest), StylePainter::Header);
 }
 
 void TarnCustomSortHeaderView::paintContent(QPainter *pPainter, const QRect &rect, int nSection) const

@@ -32,14 +32,14 @@ private slots:
     void Paint_Ticked_LooksDifferent();
     void Paint_Hovered_BoxHasTheAccentAsItsBorder();
     void Paint_OtherSection_ShowsItsText();
+    void CheckBoxSection_SomeOrNone_IsTheFirst();
+    void Construct_ParentAlone_IsHorizontalWithoutBoxes();
 
 private:
     void Click(int nSection);
 
     QTableWidget *m_pTable = nullptr;
     TarnCustomCheckHeaderView *m_pHeader = nullptr;
-    void CheckBoxSection_SomeOrNone_IsTheFirst();
-    void Construct_ParentAlone_IsHorizontalWithoutBoxes();
 };
 
 void tst_TarnCustomCheckHeaderView::init()
