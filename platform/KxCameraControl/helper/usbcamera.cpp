@@ -1,6 +1,7 @@
 #include "helper/camera.h"
 
 #include "KxCameraControl/kxerrors.h"
+#include "helper/usbidentity.h"
 #include "protocol/description.h"
 
 namespace kxcc {
@@ -54,19 +55,22 @@ int CodeOf(const GError *pError)
 
 int UsbCamera::Open(const KX_CC_USB_INFO &info)
 {
-    // Aravis takes either. The GUID always fits its field, while the key, which is made of the maker's and
-    // the camera's own texts, may have been cut or cleaned.
+    // Not by the key, which several cameras may share: Aravis would open the one that it has listed last.
     const std::string strGuid = FieldText(info.chDeviceGuid, sizeof info.chDeviceGuid);
-    const std::string strKey =
-        strGuid.empty() ? FieldText(info.chDeviceKey, sizeof info.chDeviceKey) : strGuid;
     GError *pError = nullptr;
-    arv_disable_interface("GigEVision");
-    arv_disable_interface("Fake");
-    m_pDevice = arv_open_device(strKey.c_str(), &pError);
+    if (!strGuid.empty())
+        m_pDevice = arv_uv_device_new_from_guid(strGuid.c_str(), &pError);
+    else
+        m_pDevice =
+            arv_uv_device_new(FieldText(info.chVendorName, sizeof info.chVendorName).c_str(),
+                              FieldText(info.chModelName, sizeof info.chModelName).c_str(),
+                              FieldText(info.chSerialNumber, sizeof info.chSerialNumber).c_str(), &pError);
     const int nFailure = m_pDevice == nullptr ? CodeOf(pError) : KX_CC_OK;
     g_clear_error(&pError);
     if (nFailure != KX_CC_OK)
         return nFailure;
+    if (!IsUsbCameraOf(m_pDevice, info))
+        return KX_CC_E_UNREACHABLE;
     g_signal_connect(m_pDevice, "control-lost", G_CALLBACK(OnControlLost), this);
     size_t nSize = 0;
     const char *pText = arv_device_get_genicam_xml(m_pDevice, &nSize);

@@ -2,6 +2,7 @@
 
 #include "discovery/knowncameras.h"
 #include "discovery/round.h"
+#include "protocol/usbrecord.h"
 
 using namespace kxcc;
 
@@ -30,6 +31,8 @@ private slots:
     void Update_BackAfterTwoMisses_StartsCountingAnew();
     void Update_SameMacAtTwoAddresses_ListsBoth();
     void Update_NewRecordOfAKnownCamera_ReplacesTheOldOne();
+    void Update_UsbCameras_AreKnownByTheirGuid_data();
+    void Update_UsbCameras_AreKnownByTheirGuid();
     void GigeRecord_TextsThatFillTheirFields_AreWhole();
 };
 
@@ -94,6 +97,41 @@ void tst_KnownCameras::Update_NewRecordOfAKnownCamera_ReplacesTheOldOne()
 
     QCOMPARE(known.List().size(), size_t{1});
     QCOMPARE(known.List()[0].nAccessStatus, KX_CC_ACCESS_IN_USE);
+}
+
+void tst_KnownCameras::Update_UsbCameras_AreKnownByTheirGuid_data()
+{
+    QTest::addColumn<QStringList>("one"); // GUID, key, serial number
+    QTest::addColumn<QStringList>("other");
+    QTest::addColumn<int>("cameras");
+    const auto row = [](const char *szName, const QStringList &one, const QStringList &other, int nCameras) {
+        QTest::newRow(szName) << one << other << nCameras;
+    };
+    row("different GUIDs, one key", {"G1", "maker-product-1", "1"}, {"G2", "maker-product-1", "1"}, 2);
+    row("one GUID, different keys", {"G1", "maker-product-1", "1"}, {"G1", "maker-product-2", "2"}, 1);
+    row("one of them without a GUID", {"", "maker-product-1", "1"}, {"G1", "maker-product-1", "1"}, 2);
+    row("no GUIDs, different keys", {"", "maker-product-1", "1"}, {"", "maker-product-2", "1"}, 2);
+    row("no GUIDs, one key that was cut", {"", "maker-product-", "1"}, {"", "maker-product-", "2"}, 2);
+    row("no GUIDs, all the same", {"", "maker-product-1", "1"}, {"", "maker-product-1", "1"}, 1);
+}
+
+void tst_KnownCameras::Update_UsbCameras_AreKnownByTheirGuid()
+{
+    QFETCH(QStringList, one);
+    QFETCH(QStringList, other);
+    QFETCH(int, cameras);
+    const auto record = [](const QStringList &texts) {
+        UsbCameraTexts usb;
+        usb.strGuid = texts[0].toStdString();
+        usb.strKey = texts[1].toStdString();
+        usb.strSerial = texts[2].toStdString();
+        return UsbRecord(usb);
+    };
+    KnownCameras known;
+    known.Update({record(one), record(other)});
+    QCOMPARE(int(known.List().size()), cameras);
+    known.Update({record(other), record(one)});
+    QCOMPARE(int(known.List().size()), cameras);
 }
 
 void tst_KnownCameras::GigeRecord_TextsThatFillTheirFields_AreWhole()

@@ -69,11 +69,12 @@ typedef struct KX_CC_USB_INFO_
     uint32_t nZero2;
     unsigned char chVendorName[64];
     uint32_t nZero3;
-    unsigned char chDeviceGuid[64]; /**< the camera's identity, 12 characters on a conforming camera */
+    unsigned char chDeviceGuid[64]; /**< its identity, 12 characters on a conforming camera. One without
+                                         is told by its key and its serial number */
     uint32_t nZero4;
     unsigned char chDeviceVersion[64];
     uint32_t nZero5;
-    unsigned char chDeviceKey[64]; /**< what the transport finds it by when it is opened */
+    unsigned char chDeviceKey[64]; /**< what it is listed by: "maker-product-serial"; not unique */
     uint32_t nZero6;
     uint32_t nVendorId;
     uint32_t nProductId;
