@@ -88,7 +88,7 @@ void tst_Companion_Export::List_CameraControlledByAnother_IsInUse()
 
 void tst_Companion_Export::Export_EightCameras_WritesAFileEach()
 {
-    QStringList arguments = {"export", "--to", m_dir->path(), "--address"};
+    QStringList arguments = {"export", "--to", m_dir->path(), "--verbose", "--address"};
     for (int i = 1; i <= 8; ++i) {
         arguments << QString("127.41.1.%1").arg(i);
     }

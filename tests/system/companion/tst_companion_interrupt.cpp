@@ -5,6 +5,8 @@
 
 #include <csignal>
 
+#include <unistd.h>
+
 // What is left of a batch that the user, or the system, ends in the middle.
 class tst_Companion_Interrupt : public QObject
 {
@@ -16,6 +18,8 @@ private slots:
 
     void Interrupt_DuringExport_ReleasesCamerasAndLeavesNoHalfFile_data();
     void Interrupt_DuringExport_ReleasesCamerasAndLeavesNoHalfFile();
+
+    void Interrupt_WholeProcessGroup_CamerasAreFreeAtOnce();
 
 private:
     QStringList Exporting() const;
@@ -92,6 +96,36 @@ void tst_Companion_Interrupt::Interrupt_DuringExport_ReleasesCamerasAndLeavesNoH
     if (exitCode == 130) {
         QCOMPARE(process.readAllStandardOutput().count("interrupted"), kCameras - files.size());
     }
+}
+
+namespace {
+
+/// A program that is a process group of its own, as one that a shell has started.
+class GroupLeader : public QProcess
+{
+protected:
+    void setupChildProcess() override { setpgid(0, 0); }
+};
+
+} // namespace
+
+// As Ctrl-C in a terminal: the signal reaches the helper processes, too, unless they are out of its way. A
+// camera that was not released would be free only when its heartbeat has run out, 3 s after the last word to
+// it.
+void tst_Companion_Interrupt::Interrupt_WholeProcessGroup_CamerasAreFreeAtOnce()
+{
+    GroupLeader process;
+    StartCompanion(process, Exporting());
+    QTRY_VERIFY_WITH_TIMEOUT(!AllFree(), 20000);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(kill(-static_cast<pid_t>(process.processId()), SIGINT), 0);
+    QVERIFY(process.waitForFinished(10000));
+    QCOMPARE(process.exitCode(), 130);
+    bool bFree = false;
+    while (!bFree && timer.elapsed() < 2500)
+        bFree = AllFree();
+    QVERIFY2(bFree, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(tst_Companion_Interrupt)
