@@ -27,6 +27,10 @@ constexpr milliseconds kWriteRepeat(500);
 constexpr milliseconds kFirstReadRepeat(60);
 constexpr milliseconds kLastReadRepeat(240);
 constexpr int kOverdue = 4;
+// However often a camera asks for more time, a command ends after this one: a call waits for 3 s only.
+constexpr milliseconds kLongestCommand(5000);
+// Datagrams that are no answer, until the command is sent again. A queue holds some hundred.
+constexpr int kMostStrangers = 1000;
 // A busy camera is asked again up to so often, at this distance.
 constexpr int kBusyPauses = 10;
 constexpr useconds_t kBusyPauseUs = 50000;
@@ -90,6 +94,7 @@ bool GvcpChannel::Exchange(GvcpCommand command, std::vector<uint8_t> &bytes, Gvc
     const bool bRead = command == GvcpCommand::ReadRegister || command == GvcpCommand::ReadMemory;
     milliseconds wait = bRead ? FirstReadRepeat() : kWriteRepeat;
     const milliseconds longestWait = std::max(wait, kLastReadRepeat);
+    m_commandEnd = steady_clock::now() + kLongestCommand;
     for (milliseconds spent(0); spent < kGiveUp; spent += wait, wait = std::min(wait * 2, longestWait)) {
         // A send may give the error of an earlier one (port unreachable); the answer tells.
         if (send(m_nSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
@@ -121,7 +126,7 @@ bool GvcpChannel::Await(GvcpCommand command, milliseconds wait, GvcpAck &ack)
 {
     const auto begin = steady_clock::now();
     auto end = begin + wait;
-    for (;;) {
+    for (int nStrangers = 0; nStrangers < kMostStrangers; ++nStrangers) {
         const auto left = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
         pollfd descriptor{m_nSocket, POLLIN, 0};
         const int nReady = poll(&descriptor, 1, static_cast<int>(std::max(milliseconds(0), left).count()));
@@ -144,10 +149,12 @@ bool GvcpChannel::Await(GvcpCommand command, milliseconds wait, GvcpAck &ack)
             m_answerTime = std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
             return true;
         }
-        // The caller of the helper bounds how often a camera may ask for more time.
-        if (parsed->nCommand == kGvcpPendingAck)
-            end = steady_clock::now() + kWriteRepeat + milliseconds(ParsePendingAck(*parsed).value_or(0));
+        if (parsed->nCommand == kGvcpPendingAck) {
+            const milliseconds more(ParsePendingAck(*parsed).value_or(0));
+            end = std::min(steady_clock::now() + kWriteRepeat + more, m_commandEnd);
+        }
     }
+    return false;
 }
 
 GvcpChannel::Result GvcpChannel::ReadRegister(uint32_t nAddress, uint32_t &nValue)

@@ -16,7 +16,7 @@ namespace kxcc {
 ///
 /// Thread-safe; a second command waits for the first. A camera that leaves a command without an answer is
 /// taken for dead: from then on every command fails at once, so a dead camera costs one time-out only. One
-/// that answers that it is busy is asked again for a while.
+/// that answers that it is busy is asked again for a while; one that asks for more time gets 5 s in all.
 class GvcpChannel
 {
 public:
@@ -65,8 +65,9 @@ private:
     std::mutex m_mutex;
     int m_nSocket = -1;
     uint16_t m_nRequestId = 0;
-    bool m_bBusy = false;                      // it was at the end of the last command
-    std::chrono::milliseconds m_answerTime{0}; // of the last answer, since the command was last sent
+    bool m_bBusy = false;                               // it was at the end of the last command
+    std::chrono::steady_clock::time_point m_commandEnd; // no request for more time reaches beyond
+    std::chrono::milliseconds m_answerTime{0};          // of the last answer, since the command was last sent
     std::atomic<uint16_t> m_nLastStatus{0};
     std::atomic<unsigned int> m_nDenied{0};
     std::atomic_bool m_bDead{false};

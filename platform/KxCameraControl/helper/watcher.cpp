@@ -1,5 +1,6 @@
 #include "helper/watcher.h"
 
+#include <chrono>
 #include <csignal>
 
 #include <poll.h>
@@ -9,7 +10,7 @@ namespace kxcc {
 namespace {
 
 // A camera drops an application that was silent for 3 s (GigE Vision 2.0, register Heartbeat Timeout).
-constexpr int kKeepAliveMs = 900;
+constexpr std::chrono::milliseconds kKeepAlive(900);
 // The library grants 1 s for the end of a helper; control is released within it, or not at all.
 constexpr unsigned int kLastWordsSeconds = 1;
 
@@ -17,7 +18,8 @@ constexpr unsigned int kLastWordsSeconds = 1;
 
 Watcher::Watcher(int nSocket)
     : m_nSocket(nSocket)
-    , m_thread([this] { Run(); })
+    , m_socketThread([this] { WatchSocket(); })
+    , m_careThread([this] { KeepAlive(); })
 {
 }
 
@@ -27,15 +29,21 @@ void Watcher::SetCamera(Camera *pCamera)
     m_pCamera = pCamera;
 }
 
-void Watcher::Run()
+void Watcher::WatchSocket()
 {
     for (;;) {
         pollfd descriptor{m_nSocket, POLLRDHUP, 0};
-        const int nReady = poll(&descriptor, 1, kKeepAliveMs);
-        if (nReady > 0)
+        if (poll(&descriptor, 1, -1) > 0)
             EndProcess();
+    }
+}
+
+void Watcher::KeepAlive()
+{
+    for (;;) {
+        std::this_thread::sleep_for(kKeepAlive);
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (nReady == 0 && m_pCamera != nullptr)
+        if (m_pCamera != nullptr)
             m_pCamera->KeepAlive();
     }
 }
@@ -43,7 +51,7 @@ void Watcher::Run()
 void Watcher::EndProcess()
 {
     signal(SIGALRM, SIG_DFL);
-    alarm(kLastWordsSeconds);
+    alarm(kLastWordsSeconds); // the camera may be holding up the thread that has the mutex
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_pCamera != nullptr)

@@ -53,7 +53,7 @@ void ScriptedCamera::Run()
     QByteArray request;
     while (!m_bEnd) {
         pollfd descriptor{m_nSocket, POLLIN, 0};
-        const bool bNew = poll(&descriptor, 1, 100) > 0;
+        const bool bNew = poll(&descriptor, 1, request.isEmpty() ? 100 : m_nPauseMs.load()) > 0;
         if (bNew) {
             socklen_t nFrom = sizeof from;
             request.resize(1024);

@@ -34,7 +34,12 @@ public:
     void Refuse(uint32_t nAddress) { m_nRefused = nAddress; }
 
     /// Answers every command with PENDING_ACK from now on, again and again.
-    void AskForTimeForEver() { m_bPending = true; }
+    /// @param nPauseMs  between two of them
+    void AskForTimeForEver(int nPauseMs = 100)
+    {
+        m_nPauseMs = nPauseMs;
+        m_bPending = true;
+    }
     /// Commands so far that write to its registers from 0x10000 on: all that are not the standard's.
     int Writes() const { return m_nWrites; }
 
@@ -53,6 +58,7 @@ private:
     int m_nSocket = -1;
     bool m_bBound = false;
     std::atomic_bool m_bPending{false};
+    std::atomic_int m_nPauseMs{100};
     std::atomic_int m_nWrites{0};
     std::atomic_bool m_bEnd{false};
     std::thread m_thread;

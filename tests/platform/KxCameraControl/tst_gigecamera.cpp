@@ -17,6 +17,8 @@ namespace {
 
 constexpr uint32_t kModelName = 0x68;
 constexpr uint32_t kSerialNumber = 0xD8;
+constexpr uint32_t kMacAddress = 0x8;
+constexpr uint32_t kSecondMacAddress = 0x680;
 constexpr uint32_t kControlPrivilege = 0xA00;
 
 const char *const kAddress = "127.20.77.1"; // of a network of its own, see the label
@@ -57,6 +59,8 @@ private Q_SLOTS:
     void init();
     void cleanupTestCase() { delete m_pCamera; }
 
+    void Open_MacAddressOfTheRecord_IsCompared_data();
+    void Open_MacAddressOfTheRecord_IsCompared();
     void Open_NameOfTheRecord_IsCompared_data();
     void Open_NameOfTheRecord_IsCompared();
     void Open_RegisterIsRefused_CountsAsEmpty();
@@ -84,9 +88,50 @@ void tst_GigeCamera::init()
 {
     m_pCamera->BeforeAnswer(0, nullptr);
     m_pCamera->Refuse(0);
+    m_pCamera->SetMemory(kMacAddress, QByteArray(8, '\0'));
+    m_pCamera->SetMemory(kSecondMacAddress, QByteArray(8, '\0'));
     m_pCamera->SetMemory(kModelName, QByteArray(32, '\0'));
     m_pCamera->SetMemory(kSerialNumber, QByteArray(16, '\0'));
     QCOMPARE(m_pCamera->Register(kControlPrivilege), 0U);
+}
+
+void tst_GigeCamera::Open_MacAddressOfTheRecord_IsCompared_data()
+{
+    QTest::addColumn<QByteArray>("camera");
+    QTest::addColumn<quint32>("high");
+    QTest::addColumn<quint32>("low");
+    QTest::addColumn<int>("code");
+    const auto row = [](const char *szName, const char *szCamera, quint32 nHigh, quint32 nLow, int nCode) {
+        QTest::newRow(szName) << QByteArray::fromHex(szCamera) << nHigh << nLow << nCode;
+    };
+    const int OTHER = KX_CC_E_UNREACHABLE;
+    row("the same", "0000112233445566", 0x1122, 0x33445566, KX_CC_OK);
+    row("another high word", "0000112233445566", 0x1123, 0x33445566, OTHER);
+    row("another low word", "0000112233445566", 0x1122, 0x33445567, OTHER);
+    row("flags above it", "8000112233445566", 0x1122, 0x33445566, KX_CC_OK);
+    row("high word 0", "0000000033445566", 0, 0x33445566, KX_CC_OK);
+    row("high word 0, another", "0000000033445566", 0, 0x33445567, OTHER);
+    row("low word 0", "0000112200000000", 0x1122, 0, KX_CC_OK);
+    row("low word 0, another", "0000112200000000", 0x1123, 0, OTHER);
+    row("high word 0, another's is not", "0000112233445566", 0, 0x33445566, OTHER);
+    row("low word 0, another's is not", "0000112233445566", 0x1122, 0, OTHER);
+    row("none in the record", "0000112233445566", 0, 0, KX_CC_OK);
+    row("none in the camera", "0000000000000000", 0x1122, 0x33445566, KX_CC_OK);
+    row("of the second interface", "0000112233445566", 0x99AA, 0xBBCCDDEE, KX_CC_OK);
+}
+
+void tst_GigeCamera::Open_MacAddressOfTheRecord_IsCompared()
+{
+    QFETCH(QByteArray, camera);
+    QFETCH(quint32, high);
+    QFETCH(quint32, low);
+    m_pCamera->SetMemory(kMacAddress, camera);
+    if (high == 0x99AA)
+        m_pCamera->SetMemory(kSecondMacAddress, QByteArray::fromHex("000099aabbccddee"));
+    KX_CC_DEVICE_INFO info = Record("", "");
+    info.nMacAddrHigh = high;
+    info.nMacAddrLow = low;
+    QTEST(Open(info), "code");
 }
 
 void tst_GigeCamera::Open_NameOfTheRecord_IsCompared_data()

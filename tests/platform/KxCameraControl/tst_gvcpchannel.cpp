@@ -2,6 +2,7 @@
 
 #include "camerafarm.h"
 #include "gvcp/gvcpchannel.h"
+#include "scriptedcamera.h"
 
 using kxcc::GvcpChannel;
 using Result = GvcpChannel::Result;
@@ -28,6 +29,9 @@ private Q_SLOTS:
     void ReadRegister_BusyForAWhile_IsAnswered();
     void ReadRegister_BusyForGood_GivesTheStatusAndLives();
     void ReadRegister_BusyForGood_WaitsOnceOnly();
+    void ReadRegister_PendingForAWhile_IsAnswered();
+    void ReadRegister_PendingForGood_EndsInSeconds();
+    void ReadRegister_PendingWithoutPause_EndsSooner();
 
 private:
     void Set(const QByteArray &fault) { QVERIFY(m_farm.Do("set 127.20.51.1 " + fault)); }
@@ -111,6 +115,40 @@ void tst_GvcpChannel::ReadRegister_BusyForGood_WaitsOnceOnly()
     QCOMPARE(Read(), Result::Status);
     QCOMPARE(Read(), Result::Status);
     QCOMPARE(Read(), Result::Ok);
+}
+
+void tst_GvcpChannel::ReadRegister_PendingForAWhile_IsAnswered()
+{
+    // Far beyond the time in which a command is given up otherwise, were it not for the requests.
+    Set("pending-ack 3 command=readreg address=0x938");
+    QCOMPARE(Read(), Result::Ok);
+    QCOMPARE(m_nValue, 3000U);
+}
+
+void tst_GvcpChannel::ReadRegister_PendingForGood_EndsInSeconds()
+{
+    ScriptedCamera camera("127.20.51.9", "", "");
+    camera.AskForTimeForEver();
+    QVERIFY(camera.IsThere());
+    GvcpChannel channel;
+    QVERIFY(channel.Open(0, kCamera + 8));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(channel.ReadRegister(kxcc::kRegisterHeartbeatTimeout, m_nValue), Result::Timeout);
+    QVERIFY2(timer.elapsed() > 4500 && timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_GvcpChannel::ReadRegister_PendingWithoutPause_EndsSooner()
+{
+    ScriptedCamera camera("127.20.51.9", "", "");
+    camera.AskForTimeForEver(0);
+    QVERIFY(camera.IsThere());
+    GvcpChannel channel;
+    QVERIFY(channel.Open(0, kCamera + 8));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(channel.ReadRegister(kxcc::kRegisterHeartbeatTimeout, m_nValue), Result::Timeout);
+    QVERIFY2(timer.elapsed() < 4500, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(tst_GvcpChannel)
