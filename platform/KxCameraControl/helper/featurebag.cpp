@@ -1,6 +1,7 @@
 #include "helper/featurebag.h"
 
 #include <algorithm>
+#include <map>
 
 #include "KxCameraControl/kxerrors.h"
 
@@ -75,6 +76,8 @@ FeatureBag::FeatureBag(ArvGc *pGenICam, FeatureAccess &access, std::function<int
 
 void FeatureBag::FindSettings()
 {
+    m_settings.clear();
+    m_selectors.clear();
     std::vector<ArvGcNode *> nodes;
     Collect(ARV_DOM_NODE(arv_dom_document_get_document_element(ARV_DOM_DOCUMENT(m_pGenICam))), nodes);
     for (ArvGcNode *pNode : nodes) {
@@ -144,7 +147,7 @@ int FeatureBag::Save(std::vector<FeatureLine> &lines)
         if (EndsTheWork(nCode))
             return nCode;
         if (nCode == KX_CC_OK)
-            original.push_back({selector.first, strValue});
+            original.push_back({selector.first, strValue, {}});
     }
     int nCode = KX_CC_OK;
     for (const Group &group : Groups()) {
@@ -169,7 +172,7 @@ int FeatureBag::SaveGroup(const Group &group, size_t nLevel, std::vector<Feature
         if (nCode != KX_CC_OK)
             continue; // this camera does not have the entry, or not now
         const size_t nBefore = lines.size();
-        lines.push_back({strSelector, strChoice});
+        lines.push_back({strSelector, strChoice, {}});
         nCode = SaveGroup(group, nLevel + 1, lines);
         if (nCode != KX_CC_OK)
             return nCode;
@@ -187,7 +190,7 @@ int FeatureBag::SaveFeatures(const Names &features, std::vector<FeatureLine> &li
         if (EndsTheWork(nCode))
             return nCode;
         if (nCode == KX_CC_OK)
-            lines.push_back({strName, strValue});
+            lines.push_back({strName, strValue, {}});
         const int nAlive = m_alive();
         if (nAlive != KX_CC_OK)
             return nAlive;
@@ -210,27 +213,95 @@ int FeatureBag::Restore(const std::vector<FeatureLine> &selectors, std::vector<F
 
 int FeatureBag::Load(const std::vector<FeatureLine> &lines)
 {
-    // A refused line may only wait for a later one: a limit, a lock, a mode. Selectors are set again in
-    // every pass, because a refused value belongs to the selection that the lines before it make.
+    FindSettings();
+    const std::vector<FeatureLine> selections = SelectionsAfter(lines);
+    // A refused line may only wait for a later one: a limit, a lock, a mode.
     std::vector<bool> refused(lines.size(), true);
-    size_t nRefused = lines.size();
-    for (size_t nBefore = nRefused + 1; nRefused > 0 && nRefused < nBefore;) {
-        nBefore = nRefused;
-        nRefused = 0;
-        for (size_t i = 0; i < lines.size(); ++i) {
-            if (!refused[i] && !IsSelector(m_pGenICam, lines[i].strName))
-                continue;
-            const int nCode = m_access.SetText(lines[i].strName, lines[i].strValue);
-            if (EndsTheWork(nCode))
-                return nCode;
-            refused[i] = nCode != KX_CC_OK;
-            nRefused += refused[i] ? 1 : 0;
-            const int nAlive = m_alive();
-            if (nAlive != KX_CC_OK)
-                return nAlive;
+    const auto countRefused = [&] { return std::count(refused.begin(), refused.end(), true); };
+    for (auto nBefore = countRefused() + 1; countRefused() > 0 && countRefused() < nBefore;) {
+        nBefore = countRefused();
+        const int nCode = LoadRefused(lines, refused);
+        if (nCode != KX_CC_OK)
+            return nCode;
+    }
+    for (const FeatureLine &selection : selections) {
+        const int nCode = SetLine(selection);
+        if (EndsTheWork(nCode))
+            return nCode;
+    }
+    return countRefused() == 0 ? KX_CC_OK : KX_CC_E_FILE_PARTIAL;
+}
+
+/// Selectors are set again each time, because a refused value belongs to the selection that the lines
+/// before it make.
+int FeatureBag::LoadRefused(const std::vector<FeatureLine> &lines, std::vector<bool> &refused)
+{
+    std::set<std::string> refusedSelectors;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const FeatureLine &line = lines[i];
+        const bool bSelector = line.selection.empty() && IsSelector(m_pGenICam, line.strName);
+        if (!refused[i] && !bSelector)
+            continue;
+        if (line.selection.empty() && IsWronglySelected(line.strName, refusedSelectors))
+            continue;
+        const int nCode = SetLine(line);
+        if (EndsTheWork(nCode))
+            return nCode;
+        refused[i] = nCode != KX_CC_OK;
+        if (bSelector && refused[i])
+            refusedSelectors.insert(line.strName);
+        else if (bSelector)
+            refusedSelectors.erase(line.strName);
+        const int nAlive = m_alive();
+        if (nAlive != KX_CC_OK)
+            return nAlive;
+    }
+    return KX_CC_OK;
+}
+
+int FeatureBag::SetLine(const FeatureLine &line)
+{
+    for (const auto &selector : line.selection) {
+        const int nCode = m_access.SetText(selector.first, selector.second);
+        if (nCode != KX_CC_OK)
+            return nCode;
+    }
+    return m_access.SetText(line.strName, line.strValue);
+}
+
+/// Whether the file means another selection than the one that the camera has.
+bool FeatureBag::IsWronglySelected(const std::string &strFeature,
+                                   const std::set<std::string> &refusedSelectors) const
+{
+    if (refusedSelectors.empty())
+        return false;
+    const Names selectors = SelectorsOf(strFeature);
+    return std::any_of(selectors.begin(), selectors.end(), [&](const std::string &strSelector) {
+        return refusedSelectors.count(strSelector) != 0;
+    });
+}
+
+/// The selectors of lines with a selection of their own, with the values that they are to have in the end:
+/// those of their own lines, or those that they have now.
+std::vector<FeatureLine> FeatureBag::SelectionsAfter(const std::vector<FeatureLine> &lines)
+{
+    std::map<std::string, std::string> values;
+    for (const FeatureLine &line : lines) {
+        for (const auto &selector : line.selection) {
+            std::string strValue;
+            if (values.count(selector.first) == 0 && m_access.GetText(selector.first, strValue) == KX_CC_OK)
+                values[selector.first] = strValue;
         }
     }
-    return nRefused == 0 ? KX_CC_OK : KX_CC_E_FILE_PARTIAL;
+    for (const FeatureLine &line : lines) {
+        const auto own = values.find(line.strName);
+        if (line.selection.empty() && own != values.end())
+            own->second = line.strValue;
+    }
+    std::vector<FeatureLine> selections;
+    for (const auto &value : values)
+        selections.push_back({value.first, value.second, {}});
+    return selections;
 }
 
 } // namespace kxcc

@@ -2,6 +2,7 @@
 #define KXCAMERACONTROL_HELPER_FEATUREBAG_H
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,8 @@ public:
     /// @return KX_CC_OK or the code with which the camera was lost; a feature that cannot be read is
     ///         left out.
     int Save(std::vector<FeatureLine> &lines);
+    /// A value whose selector cannot be set is not set either: it would land in another selection.
+    /// Selectors that only lines of their own selection name have their own values afterwards.
     /// @return KX_CC_OK, KX_CC_E_FILE_PARTIAL, or the code with which the camera was lost
     int Load(const std::vector<FeatureLine> &lines);
 
@@ -41,6 +44,11 @@ private:
     int SaveGroup(const Group &group, size_t nLevel, std::vector<FeatureLine> &lines);
     int SaveFeatures(const Names &features, std::vector<FeatureLine> &lines);
     int Restore(const std::vector<FeatureLine> &selectors, std::vector<FeatureLine> &lines);
+    int LoadRefused(const std::vector<FeatureLine> &lines, std::vector<bool> &refused);
+    int SetLine(const FeatureLine &line);
+    bool IsWronglySelected(const std::string &strFeature,
+                           const std::set<std::string> &refusedSelectors) const;
+    std::vector<FeatureLine> SelectionsAfter(const std::vector<FeatureLine> &lines);
 
     ArvGc *const m_pGenICam;
     FeatureAccess &m_access;

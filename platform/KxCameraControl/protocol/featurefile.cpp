@@ -1,5 +1,7 @@
 #include "protocol/featurefile.h"
 
+#include <algorithm>
+
 namespace kxcc {
 namespace {
 
@@ -16,6 +18,28 @@ std::string NextLine(const std::string &strText, size_t &nPos)
     return strLine;
 }
 
+/// Takes "{Selector=Value[<TAB>Selector2=Value2]}<TAB>" off the front of the value. A value that does not
+/// begin with all of that is a text with a brace.
+void TakeSelection(FeatureLine &line)
+{
+    const std::string &strValue = line.strValue;
+    const size_t nEnd = strValue.find("}\t");
+    if (nEnd == std::string::npos || strValue[0] != '{')
+        return;
+    std::vector<std::pair<std::string, std::string>> selection;
+    for (size_t nPos = 1; nPos <= nEnd;) {
+        const size_t nPartEnd = std::min(strValue.find('\t', nPos), nEnd);
+        const size_t nEqual = strValue.find('=', nPos);
+        if (nEqual == nPos || nEqual >= nPartEnd)
+            return;
+        selection.emplace_back(strValue.substr(nPos, nEqual - nPos),
+                               strValue.substr(nEqual + 1, nPartEnd - nEqual - 1));
+        nPos = nPartEnd + 1;
+    }
+    line.selection = std::move(selection);
+    line.strValue.erase(0, nEnd + 2);
+}
+
 } // namespace
 
 std::string WriteFeatureFile(const std::vector<std::string> &comments, const std::vector<FeatureLine> &lines)
@@ -23,8 +47,12 @@ std::string WriteFeatureFile(const std::vector<std::string> &comments, const std
     std::string strText = std::string(kMarker) + "\n";
     for (const std::string &strComment : comments)
         strText += "# " + strComment + "\n";
-    for (const FeatureLine &line : lines)
-        strText += line.strName + "\t" + line.strValue + "\n";
+    for (const FeatureLine &line : lines) {
+        if (line.strValue.empty())
+            strText += "# " + line.strName + " is empty\n";
+        else
+            strText += line.strName + "\t" + line.strValue + "\n";
+    }
     return strText;
 }
 
@@ -41,7 +69,8 @@ std::optional<std::vector<FeatureLine>> ReadFeatureFile(const std::string &strTe
         const size_t nTab = strLine.find('\t');
         if (nTab == std::string::npos || nTab == 0)
             return std::nullopt;
-        lines.push_back({strLine.substr(0, nTab), strLine.substr(nTab + 1)});
+        lines.push_back({strLine.substr(0, nTab), strLine.substr(nTab + 1), {}});
+        TakeSelection(lines.back());
     }
     return lines;
 }

@@ -40,7 +40,11 @@ private Q_SLOTS:
     void Load_WhatWasSaved_RestoresEveryEntry();
     void Load_ValueThatWaitsForALaterLine_IsSetInTheEnd();
     void Load_RefusedValue_OthersAreSet();
-    void Load_RefusedSelectedValue_IsTriedUnderItsSelector();
+    void Load_SelectedValueThatWaits_IsSetUnderItsSelector();
+    void Load_SelectorIsRefused_LeavesWhatItSelectsAlone();
+    void Load_LineWithItsSelection_IsSetUnderIt();
+    void Load_LineWithItsSelection_LeavesTheSelector_data();
+    void Load_LineWithItsSelection_LeavesTheSelector();
     void Save_CameraIsLost_EndsAtOnce();
 
 private:
@@ -108,24 +112,73 @@ void tst_FeatureBag::Load_WhatWasSaved_RestoresEveryEntry()
 
 void tst_FeatureBag::Load_ValueThatWaitsForALaterLine_IsSetInTheEnd()
 {
-    QCOMPARE(m_bag->Load({{"Limited", "70"}, {"Limit", "80"}}), KX_CC_OK);
+    QCOMPARE(m_bag->Load({{"Limited", "70", {}}, {"Limit", "80", {}}}), KX_CC_OK);
     QCOMPARE(memory_device_get(m_pDevice, 0x300), 70U);
 }
 
 void tst_FeatureBag::Load_RefusedValue_OthersAreSet()
 {
-    QCOMPARE(m_bag->Load({{"Fixed", "1"}, {"Unknown", "1"}, {"Limit", "60"}}), KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(m_bag->Load({{"Fixed", "1", {}}, {"Unknown", "1", {}}, {"Limit", "60", {}}}),
+             KX_CC_E_FILE_PARTIAL);
     QCOMPARE(memory_device_get(m_pDevice, 0x304), 60U);
 }
 
-void tst_FeatureBag::Load_RefusedSelectedValue_IsTriedUnderItsSelector()
+void tst_FeatureBag::Load_SelectedValueThatWaits_IsSetUnderItsSelector()
 {
-    QCOMPARE(
-        m_bag->Load({{"GainSelector", "Red"}, {"Gain", "101"}, {"GainSelector", "Blue"}, {"Gain", "33"}}),
-        KX_CC_E_FILE_PARTIAL);
-    QCOMPARE(memory_device_get(m_pDevice, 0x200), 11U);
+    QCOMPARE(m_bag->Load({{"GainSelector", "Red", {}},
+                          {"Gain", "60", {}}, // until the limit is 80
+                          {"GainSelector", "Blue", {}},
+                          {"Gain", "33", {}},
+                          {"Limit", "80", {}}}),
+             KX_CC_OK);
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 60U);
     QCOMPARE(memory_device_get(m_pDevice, 0x204), 33U);
     QCOMPARE(memory_device_get(m_pDevice, 0x100), 1U);
+}
+
+void tst_FeatureBag::Load_SelectorIsRefused_LeavesWhatItSelectsAlone()
+{
+    QCOMPARE(m_bag->Load({{"GainSelector", "Green", {}}, {"Gain", "33", {}}, {"Limited", "7", {}}}),
+             KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(memory_device_get(m_pDevice, 0x204), 22U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x300), 7U);
+    QCOMPARE(m_bag->Load({{"GainSelector", "Green", {}}, {"GainSelector", "Red", {}}, {"Gain", "33", {}}}),
+             KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 33U);
+}
+
+void tst_FeatureBag::Load_LineWithItsSelection_IsSetUnderIt()
+{
+    QCOMPARE(m_bag->Load({{"Gain", "60", {{"GainSelector", "Red"}}},
+                          {"Gain", "33", {{"GainSelector", "Blue"}}},
+                          {"Limit", "80", {}},
+                          {"Gain", "5", {{"GainSelector", "Red"}, {"GainSelector", "Green"}}}}),
+             KX_CC_E_FILE_PARTIAL);
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 60U);
+    QCOMPARE(memory_device_get(m_pDevice, 0x204), 33U);
+}
+
+void tst_FeatureBag::Load_LineWithItsSelection_LeavesTheSelector_data()
+{
+    QTest::addColumn<QByteArray>("ownLine");
+    QTest::addColumn<uint32_t>("after");
+    QTest::newRow("as it was") << QByteArray() << 1U;
+    QTest::newRow("as its own line says") << QByteArray("Red") << 0U;
+}
+
+void tst_FeatureBag::Load_LineWithItsSelection_LeavesTheSelector()
+{
+    QFETCH(QByteArray, ownLine);
+    std::vector<FeatureLine> lines;
+    if (!ownLine.isEmpty())
+        lines.push_back({"GainSelector", ownLine.toStdString(), {}});
+    lines.push_back({"Gain", "34", {{"GainSelector", "Blue"}}});
+    lines.push_back({"Gain", "12", {{"GainSelector", "Red"}}});
+    if (!ownLine.isEmpty())
+        lines.push_back({"Gain", "35", {{"GainSelector", "Blue"}}});
+    QCOMPARE(m_bag->Load(lines), KX_CC_OK);
+    QTEST(memory_device_get(m_pDevice, 0x100), "after");
+    QCOMPARE(memory_device_get(m_pDevice, 0x200), 12U);
 }
 
 void tst_FeatureBag::Save_CameraIsLost_EndsAtOnce()

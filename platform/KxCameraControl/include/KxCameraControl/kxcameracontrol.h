@@ -302,7 +302,10 @@ KX_CC_API int KX_CC_FeatureSave(void *hDevice, const char *szFileName);
 
 /**
  * Sets the camera's features from such a file, line by line. A refused value does not stop it; the refused
- * lines are tried again until a pass sets none of them.
+ * lines are tried again until a pass sets none of them. A value whose selector is refused is left alone.
+ *
+ * Lines with selectors of their own, "Name<TAB>{Selector=Value}<TAB>Value" (GenApi 3.4), are read, too; their
+ * selectors have the values of lines of their own afterwards, or those from before.
  *
  * @param szFileName  Path of the file.
  *
