@@ -51,6 +51,7 @@ void ScriptedCamera::Run()
 {
     sockaddr_in from{};
     QByteArray request;
+    QByteArray lastId;
     while (!m_bEnd) {
         pollfd descriptor{m_nSocket, POLLIN, 0};
         const bool bNew = poll(&descriptor, 1, request.isEmpty() ? 100 : m_nPauseMs.load()) > 0;
@@ -62,6 +63,11 @@ void ScriptedCamera::Run()
         }
         if (request.size() < kHeader || (!bNew && !m_bPending))
             continue;
+        const QByteArray id = request.mid(6, 2);
+        if (m_nLateMs > 0 && id == lastId)
+            continue;
+        lastId = id;
+        usleep(m_nLateMs * 1000);
         if (bNew)
             ++m_nCommands;
         const QByteArray answer =

@@ -30,6 +30,9 @@ public:
     void BeforeAnswer(int nCommand, std::function<void(uint32_t)> action);
     int CommandCount() const { return m_nCommands; }
 
+    /// Answers each command so much later, and its repetitions not at all.
+    void BeLate(unsigned int nMs) { m_nLateMs = nMs; }
+
     /// Refuses to read at this address; 0 for none.
     void Refuse(uint32_t nAddress) { m_nRefused = nAddress; }
 
@@ -55,6 +58,7 @@ private:
     std::function<void(uint32_t)> m_action;
     std::atomic_int m_nCommands{0};
     std::atomic<uint32_t> m_nRefused{0};
+    std::atomic<unsigned int> m_nLateMs{0};
     int m_nSocket = -1;
     bool m_bBound = false;
     std::atomic_bool m_bPending{false};

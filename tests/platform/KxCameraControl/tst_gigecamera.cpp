@@ -1,3 +1,4 @@
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -65,6 +66,7 @@ private Q_SLOTS:
     void Open_NameOfTheRecord_IsCompared();
     void Open_RegisterIsRefused_CountsAsEmpty();
     void Open_AnotherName_LogTellsBoth();
+    void Open_AnswersAreLate_TakesLongerThanADeadlineAndSucceeds();
     void Open_LibraryGoesAtAnyMoment_CameraIsFree();
 
 private:
@@ -212,6 +214,17 @@ void tst_GigeCamera::Open_AnotherName_LogTellsBoth()
     QCOMPARE(nCode, KX_CC_E_UNREACHABLE);
     QCOMPARE(messages.value(0),
              QStringLiteral("helper process: another camera is there: \"Mine\" instead of \"Yours\""));
+}
+
+void tst_GigeCamera::Open_AnswersAreLate_TakesLongerThanADeadlineAndSucceeds()
+{
+    m_pCamera->BeLate(160);
+    QElapsedTimer timer;
+    timer.start();
+    const int nCode = Open(Record("", ""));
+    m_pCamera->BeLate(0);
+    QCOMPARE(nCode, KX_CC_OK);
+    QVERIFY2(timer.elapsed() > KX_CC_DEADLINE_MS, qPrintable(QString::number(timer.elapsed())));
 }
 
 /// Opens the camera and lets the library go between the camera's command and its answer.
