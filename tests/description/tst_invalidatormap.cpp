@@ -132,6 +132,18 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_dat
         << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/></StructReg>"
            "<StructReg><pInvalidator>B</pInvalidator><StructEntry Name='S'/></StructReg>"
         << QStringList({"A", "B"});
+    QTest::newRow("entry whose name another node took")
+        << "<pMin>S</pMin><pValue>Q</pValue>"
+        << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/><StructEntry "
+           "Name='S'/></StructReg>"
+           "<Register Name='Q'><pInvalidator>Own</pInvalidator></Register>"
+        << QStringList({"A", "Own"});
+    QTest::newRow("entry whose name an entry of another register took")
+        << "<pMin>S</pMin><pValue>Q</pValue>"
+        << "<StructReg><pInvalidator>A</pInvalidator><StructEntry Name='Q'/><StructEntry "
+           "Name='S'/></StructReg>"
+           "<StructReg><pInvalidator>B</pInvalidator><StructEntry Name='Q'/></StructReg>"
+        << QStringList({"A", "B"});
     QTest::newRow("neighbours of another node do not count")
         << "<pValue>Q</pValue>"
         << "<Group><pInvalidator>A</pInvalidator><IntReg Name='Q'/></Group>" << QStringList();
