@@ -1,8 +1,6 @@
 // The features that a user set of the camera stores, from the camera's own description.
 #include "worker/qoperatethread.h"
 
-#include <QSet>
-
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -51,7 +49,7 @@ QList<QString> QOperateThread::GetFeatureInvalidatorList(const QString &strName)
         if (IsFeatureInQList(strName, it.value()))
             listFeature.append(it.key());
     }
-    return QSet<QString>(listFeature.constBegin(), listFeature.constEnd()).values();
+    return listFeature; // each once, as the keys of a map are
 }
 
 char *QOperateThread::AllocateDescriptionBuffer(unsigned int nSize)

@@ -3,6 +3,7 @@
 
 #include <QScopedValueRollback>
 
+#include "directtext.h"
 #include "featureselector.h"
 #include "pointergraph.h"
 
@@ -41,11 +42,11 @@ void QOperateThread::InsertFeatureInvalidator(QDomElement &feature)
          child = child.nextSiblingElement()) {
         const PointerGraph::Role role = PointerGraph::RoleOf(child.tagName(), PointerGraph::At::Feature);
         if (role.bListed)
-            listInvalidator.append(child.text());
+            listInvalidator.append(DirectText(child));
         if (role.bVariable)
-            listVariable.append(child.text());
+            listVariable.append(DirectText(child));
         if (role.bFollowed)
-            GenerateInvalidatorListByProperty(child.text(), listInvalidator, listVariable);
+            GenerateInvalidatorListByProperty(DirectText(child), listInvalidator, listVariable);
     }
     if (!listInvalidator.isEmpty())
         m_mapFeatureInvalidator.insert(feature.attribute(QStringLiteral("Name")), listInvalidator);

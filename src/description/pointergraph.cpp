@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "directtext.h"
+
 PointerGraph::Role PointerGraph::RoleOf(const QString &strTag, At at)
 {
     if (!strTag.startsWith(QLatin1Char('p')))
@@ -131,7 +133,7 @@ void PointerGraph::Read(int nNode)
          child = child.nextSiblingElement()) {
         const Role role = RoleOf(child.tagName(), At::Node);
         if (role.bListed || role.bFollowed)
-            m_links.append({NameId(child.text()), role});
+            m_links.append({NameId(DirectText(child)), role});
     }
     Node &node = m_nodes[nNode];
     node.bRead = true;
@@ -149,7 +151,7 @@ void PointerGraph::ReadRegister(const QDomNode &structReg)
          child = child.nextSiblingElement()) {
         const QString strTag = child.tagName();
         if (strTag == QLatin1String("pInvalidator")) {
-            const int nName = NameId(child.text());
+            const int nName = NameId(DirectText(child));
             if (nName == m_nNeeded)
                 reg.nNeeded = std::min(reg.nNeeded, reg.invalidators.size());
             reg.invalidators.append(nName);

@@ -2,7 +2,6 @@
 #define DESCRIPTION_POINTERGRAPH_H
 
 #include <QDomElement>
-#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -102,7 +101,7 @@ private:
     void FindNodesThatLeadToNeeded();
 
     const QMap<QString, QDomElement> &m_mapElement;
-    QHash<QString, int> m_ids;
+    QMap<QString, int> m_ids; // no hash: a camera could choose names that share one
     QVector<QString> m_names;
     QVector<Node> m_nodes; // by name, like the next three
     QVector<int> m_met;    // the walk on whose path, or in whose course, the node was met

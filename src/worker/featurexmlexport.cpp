@@ -4,6 +4,8 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 
+#include "description/directtext.h"
+
 #include "cameraidentity.h"
 #include "featurefileoutput.h"
 #include "featurefilewriter.h"
@@ -17,7 +19,8 @@ bool IsExported(const QDomElement &feature, const QString &strName)
         return false;
     const QDomNodeList listStreamable = feature.elementsByTagName(QStringLiteral("Streamable"));
     return !listStreamable.isEmpty() &&
-           listStreamable.at(0).toElement().text().compare(QLatin1String("Yes"), Qt::CaseInsensitive) == 0;
+           DirectText(listStreamable.at(0).toElement()).compare(QLatin1String("Yes"), Qt::CaseInsensitive) ==
+               0;
 }
 
 /// Reads one value with one SDK call. False when the camera refuses it.

@@ -100,6 +100,18 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_dat
     QTest::newRow("text is not trimmed")
         << "<pValue>K</pValue>"
         << "<Register Name='K'><pInvalidator> X </pInvalidator></Register>" << QStringList({" X "});
+    QTest::newRow("text of elements inside a pointer is not its own")
+        << "<pValue>R<a>R<b>R</b></a></pValue><pVariable>V<a>W</a></pVariable><pMin>K</pMin>"
+        << "<Converter Name='K'><pInvalidator>X<a>Y</a></pInvalidator></Converter>"
+        << QStringList({"I", "V", "X"});
+    QTest::newRow("register's pointers with elements inside")
+        << "<pMin>S</pMin>"
+        << "<StructReg><pInvalidator>A<a>B</a></pInvalidator><StructEntry Name='S'/></StructReg>"
+        << QStringList({"A"});
+    QTest::newRow("pointer text in parts") << "<pMin><![CDATA[K]]><!-- no --></pMin><pMin>&#x52;<?no?></pMin>"
+                                           << "<Converter Name='K'><pInvalidator>X<!-- and -->Y"
+                                              "</pInvalidator></Converter>"
+                                           << QStringList({"XY", "I"});
     QTest::newRow("pointer text with blanks names no node") << "<pValue> R </pValue>"
                                                             << "" << QStringList();
     QTest::newRow("tags compare with case") << "<pvalue>R</pvalue><PMin>R</PMin>"

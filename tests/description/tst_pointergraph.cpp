@@ -1,7 +1,10 @@
 #include <QtTest>
 
+#include <ctime>
+
 #include <description/pointergraph.h>
 
+#include "scriptedsdk.h"
 #include "workerundertest.h"
 
 /// Descriptions whose number of paths, or length of paths, no recursion survives.
@@ -18,6 +21,7 @@ private slots:
     void Walk_EverythingPointsToEverything_ListsEveryNameOnce();
     void Walk_RingOfFeatures_AllSelected();
     void Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt();
+    void GenerateFeatureXmlMap_NamesOfOneHash_TakeNoLonger();
 
 private:
     static QString Node(const QString &strName, const QString &strChildren)
@@ -171,6 +175,34 @@ void tst_PointerGraph::Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt()
     QCOMPARE(selected.size(), nEntries / 2 - 1);
     QVERIFY(selected.contains(QStringLiteral("F%1").arg(nEntries / 2 + 1)));
     QVERIFY(!selected.contains(QStringLiteral("F%1").arg(nEntries / 2)));
+}
+
+/// A camera that knows the hash function can give names that all have one hash.
+void tst_PointerGraph::GenerateFeatureXmlMap_NamesOfOneHash_TakeNoLonger()
+{
+    const int nNames = 1 << 15;
+    QByteArray nodes("<Register Name='R'><pInvalidator>UserSetLoad</pInvalidator></Register>");
+    for (int i = 0; i < nNames; ++i) {
+        QByteArray name;
+        for (int nBit = 0; nBit < 15; ++nBit)
+            name += (i >> nBit & 1) != 0 ? "Aa" : "BB"; // 31 * 'A' + 'a' == 31 * 'B' + 'B'
+        nodes += "<Float Name='" + name + "'><pMin>R</pMin><pMax>" + name + "</pMax></Float>";
+    }
+    ScriptedSdk::Reset();
+    ScriptedSdk::SetDescription("<R>" + nodes + "</R>");
+    const int nSeed = qGlobalQHashSeed();
+    qSetGlobalQHashSeed(0);
+    WorkerUnderTest worker;
+    QVERIFY(worker.OpenDevice());
+    const std::clock_t nStart = std::clock();
+
+    worker.GenerateFeatureXmlMap();
+
+    qSetGlobalQHashSeed(nSeed == 0 ? 0 : -1);
+    QCOMPARE(worker.m_mapFeatureXml.size(), nNames);
+    // 0.5 s; comparing every name with every other one takes half a minute.
+    const auto nSeconds = (std::clock() - nStart) / CLOCKS_PER_SEC;
+    QVERIFY2(nSeconds < 8, qPrintable(QStringLiteral("%1 s of processor time").arg(nSeconds)));
 }
 
 QTEST_GUILESS_MAIN(tst_PointerGraph)

@@ -141,6 +141,7 @@ void tst_FeatureXmlExport::Run_Streamable_DecidesWhatIsWritten_data()
     QTest::newRow("YES") << QByteArray("<Streamable>YES</Streamable>") << true;
     QTest::newRow("No") << QByteArray("<Streamable>No</Streamable>") << false;
     QTest::newRow("empty") << QByteArray("<Streamable/>") << false;
+    QTest::newRow("text of elements inside") << QByteArray("<Streamable>Yes<a>No</a></Streamable>") << true;
     QTest::newRow("blank behind") << QByteArray("<Streamable>Yes </Streamable>") << false;
     QTest::newRow("missing") << QByteArray() << false;
     QTest::newRow("tag in other case") << QByteArray("<streamable>Yes</streamable>") << false;
