@@ -7,6 +7,7 @@ find_package(Threads REQUIRED)
 pkg_check_modules(ARAVIS REQUIRED IMPORTED_TARGET aravis-0.8)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0)
 pkg_check_modules(LOG4CXX REQUIRED IMPORTED_TARGET liblog4cxx)
+pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 
 if(PROJECT_BUILD_TESTS)

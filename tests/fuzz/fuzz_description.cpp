@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include <KxCameraControl/kxcameracontrol.h>
+#include <description/directtext.h>
 #include <description/featureselector.h>
 #include <description/pointergraph.h>
 #include <worker/featurefilereader.h>
@@ -83,9 +84,9 @@ QSet<QString> NamesOf(const QDomElement &feature, ReferenceWalk *pWalk)
     for (QDomElement child = feature.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("pVariable"))
-            names.insert(child.text());
+            names.insert(DirectText(child));
         if (IsFollowed(child))
-            pWalk->AddNames(child.text(), &names);
+            pWalk->AddNames(DirectText(child), &names);
     }
     return names;
 }
@@ -96,9 +97,9 @@ bool ListOf(const QDomElement &feature, ReferenceWalk *pWalk, QStringList *pList
     for (QDomElement child = feature.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("pVariable"))
-            pListed->append(child.text());
+            pListed->append(DirectText(child));
         pWalk->AllowSteps(kShortWalk);
-        if (IsFollowed(child) && !pWalk->ListEveryPath(child.text(), pListed))
+        if (IsFollowed(child) && !pWalk->ListEveryPath(DirectText(child), pListed))
             return false;
     }
     return true;

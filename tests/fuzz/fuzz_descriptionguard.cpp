@@ -1,9 +1,13 @@
-// A camera's description as its bytes come: cleaned, judged, and then read by the parser that follows.
+// A camera's description as its bytes come: cleaned, judged, and then read by the parsers that follow.
 #include <algorithm>
 #include <cstring>
 
+#include <QDomDocument>
+
+#include <glib.h>
 #include <libxml/parser.h>
 
+#include "helper/descriptionreader.h"
 #include "protocol/description.h"
 #include "protocol/frame.h"
 
@@ -18,6 +22,8 @@ struct Met
 {
     int nDepth = 0;
     int nDeepest = 0;
+    int nElements = 0;
+    int nAttributes = 0;
     bool bDocumentType = false;
     bool bWellFormed = false;
 };
@@ -27,9 +33,12 @@ Met MetByTheParser(const std::string &strText)
     Met met;
     xmlSAXHandler handler;
     std::memset(&handler, 0, sizeof handler);
-    handler.startElement = [](void *pMet, const xmlChar *, const xmlChar **) {
+    handler.startElement = [](void *pMet, const xmlChar *, const xmlChar **pAttributes) {
         auto *p = static_cast<Met *>(pMet);
         p->nDeepest = std::max(p->nDeepest, ++p->nDepth);
+        ++p->nElements;
+        for (; pAttributes != nullptr && *pAttributes != nullptr; pAttributes += 2)
+            ++p->nAttributes;
     };
     handler.endElement = [](void *pMet, const xmlChar *) { --static_cast<Met *>(pMet)->nDepth; };
     handler.internalSubset = [](void *pMet, const xmlChar *, const xmlChar *, const xmlChar *) {
@@ -41,13 +50,24 @@ Met MetByTheParser(const std::string &strText)
 }
 
 /// Nothing harmful passes, and nothing is refused but that and what the parser refuses.
-void CheckVerdict(bool bGood, const Met &met)
+void CheckVerdict(DescriptionVerdict verdict, const Met &met)
 {
-    const bool bHarmless = met.nDeepest <= kMaxNesting && !met.bDocumentType;
-    if (bGood)
+    const bool bHarmless = met.nDeepest <= kMaxNesting && !met.bDocumentType && met.nElements <= kMaxNodes &&
+                           met.nAttributes <= kMaxAttributes;
+    if (verdict == DescriptionVerdict::Good)
         FUZZ_CHECK(bHarmless);
-    else
+    else if (verdict != DescriptionVerdict::TooMuch) // of one element's attributes, of comments
         FUZZ_CHECK(!bHarmless || !met.bWellFormed);
+}
+
+/// What is read as a whole here is read as a whole in the tool.
+void CheckReading(const std::string &strText, DescriptionVerdict verdict, const Met &met)
+{
+    const DescriptionVerdict reading = ReadDescription(strText);
+    if (reading != DescriptionVerdict::Good)
+        return;
+    FUZZ_CHECK(verdict == DescriptionVerdict::Good && met.bWellFormed);
+    FUZZ_CHECK(QDomDocument().setContent(QString::fromStdString(strText)));
 }
 
 void CheckUrl(const std::string &strUrl)
@@ -69,6 +89,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
     FUZZ_CHECK(strText.empty() || strText.front() == '<');
     FUZZ_CHECK(strText.empty() || strText.back() != '\0');
     FUZZ_CHECK(CleanDescription(strText) == strText);
-    CheckVerdict(JudgeDescription(strText) == DescriptionVerdict::Good, MetByTheParser(strText));
+    FUZZ_CHECK(g_utf8_validate(strText.data(), static_cast<gssize>(strText.size()), nullptr) != FALSE);
+    const DescriptionVerdict verdict = JudgeDescription(strText);
+    const Met met = MetByTheParser(strText);
+    CheckVerdict(verdict, met);
+    CheckReading(strText, verdict, met);
     return 0;
 }

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <description/directtext.h>
+
 /// What a walk along the pointers of a description lists, by the plainest means: what the pointer graph,
 /// which has bounds to keep, is compared with.
 class ReferenceWalk
@@ -85,13 +87,14 @@ private:
         if (node.tagName() == QLatin1String("StructEntry")) {
             for (QDomElement before = node.previousSiblingElement(strInvalidator); !before.isNull();
                  before = before.previousSiblingElement(strInvalidator))
-                links.append({before.text(), true, false});
+                links.append({DirectText(before), true, false});
         }
         for (QDomElement child = node.firstChildElement(); !child.isNull();
              child = child.nextSiblingElement()) {
             const QString strTag = child.tagName();
             const bool bBoth = strTag == QLatin1String("pVariable") || strTag == QLatin1String("pValue");
-            links.append({child.text(), bBoth || strTag == strInvalidator, bBoth || IsFollowedOnly(strTag)});
+            links.append(
+                {DirectText(child), bBoth || strTag == strInvalidator, bBoth || IsFollowedOnly(strTag)});
         }
         m_links.insert(strNode, links);
         return links;

@@ -9,6 +9,7 @@
 
 #include "KxCameraControl/kxerrors.h"
 #include "gvcp/gvcpchannel.h"
+#include "helper/descriptionreader.h"
 #include "helper/gigedevice.h"
 #include "helper/unpack.h"
 #include "protocol/description.h"
@@ -232,7 +233,7 @@ int GigeCamera::FetchFrom(uint32_t nUrlRegister)
     if (url->bZip || strFile.compare(0, 4, "PK\x03\x04") == 0)
         strFile = UnpackFirstFile(strFile);
     m_strDescription = CleanDescription(std::move(strFile));
-    return JudgeDescription(m_strDescription) == DescriptionVerdict::Good ? KX_CC_OK : KX_CC_E_DESCRIPTION;
+    return ReadDescription(m_strDescription) == DescriptionVerdict::Good ? KX_CC_OK : KX_CC_E_DESCRIPTION;
 }
 
 int GigeCamera::BuildFeatures()

@@ -1,6 +1,7 @@
 #include "helper/camera.h"
 
 #include "KxCameraControl/kxerrors.h"
+#include "helper/descriptionreader.h"
 #include "helper/usbidentity.h"
 #include "protocol/description.h"
 
@@ -76,7 +77,7 @@ int UsbCamera::Open(const KX_CC_USB_INFO &info)
     const char *pText = arv_device_get_genicam_xml(m_pDevice, &nSize);
     if (pText != nullptr)
         m_strDescription = CleanDescription(std::string(pText, nSize));
-    if (JudgeDescription(m_strDescription) != DescriptionVerdict::Good)
+    if (ReadDescription(m_strDescription) != DescriptionVerdict::Good)
         return KX_CC_E_DESCRIPTION;
     m_pGenICam = MakeGenICam(m_pDevice, m_strDescription);
     return m_pGenICam == nullptr ? KX_CC_E_DESCRIPTION : KX_CC_OK;

@@ -100,9 +100,28 @@ std::string InUtf8(std::string strText)
     return strText;
 }
 
-/// Position behind the end of the tag that begins at nPos, minding '>' inside quotes; npos when none.
-size_t EndOfTag(const std::string &strText, size_t nPos)
+/// Replaces each byte that is no UTF-8.
+std::string MadeValid(std::string strText)
 {
+    const auto nSize = static_cast<gssize>(strText.size());
+    if (g_utf8_validate(strText.data(), nSize, nullptr) != FALSE)
+        return strText;
+    gchar *pValid = g_utf8_make_valid(strText.data(), nSize);
+    strText = pValid;
+    g_free(pValid);
+    return strText;
+}
+
+struct Tag
+{
+    size_t nEnd = std::string::npos; ///< behind its '>'; npos when it has none
+    int nAttributes = 0;             ///< texts in quotes
+};
+
+/// The tag that begins at nPos, minding '>' inside quotes.
+Tag ReadTag(const std::string &strText, size_t nPos)
+{
+    Tag tag;
     char cQuote = '\0';
     for (; nPos < strText.size(); ++nPos) {
         const char c = strText[nPos];
@@ -111,17 +130,60 @@ size_t EndOfTag(const std::string &strText, size_t nPos)
                 cQuote = '\0';
         } else if (c == '"' || c == '\'') {
             cQuote = c;
+            ++tag.nAttributes;
         } else if (c == '>') {
-            return nPos + 1;
+            tag.nEnd = nPos + 1;
+            break;
         }
     }
-    return std::string::npos;
+    return tag;
 }
 
 size_t Behind(const std::string &strText, size_t nPos, const char *szEnd)
 {
     const size_t nFound = strText.find(szEnd, nPos);
     return nFound == std::string::npos ? nFound : nFound + std::char_traits<char>::length(szEnd);
+}
+
+/// What JudgeDescription() has counted so far.
+struct Counts
+{
+    int nDepth = 0;
+    int nNodes = 0;
+    int nAttributes = 0;
+};
+
+/// Goes over the tag at nPos. False when its attributes are too many.
+bool JudgeTag(const std::string &strText, bool bClosing, size_t &nPos, Counts &counts)
+{
+    const Tag tag = ReadTag(strText, nPos);
+    nPos = tag.nEnd;
+    counts.nAttributes += tag.nAttributes;
+    const bool bEmptyElement = nPos != std::string::npos && !bClosing && strText[nPos - 2] == '/';
+    if (!bEmptyElement)
+        counts.nDepth += bClosing ? -1 : 1;
+    return tag.nAttributes <= kMaxAttributesOfElement && counts.nAttributes <= kMaxAttributes;
+}
+
+/// Goes over what begins with the '<' at nPos; to npos when it has no end.
+DescriptionVerdict JudgeMarkup(const std::string &strText, size_t &nPos, Counts &counts)
+{
+    const bool bClosing = StartsWith(strText, nPos, "</");
+    if (!bClosing && ++counts.nNodes > kMaxNodes)
+        return DescriptionVerdict::TooMuch;
+    if (StartsWith(strText, nPos, "<!--"))
+        nPos = Behind(strText, nPos + 4, "-->");
+    else if (StartsWith(strText, nPos, "<![CDATA["))
+        nPos = Behind(strText, nPos, "]]>");
+    else if (StartsWith(strText, nPos, "<?"))
+        nPos = Behind(strText, nPos, "?>");
+    else if (StartsWith(strText, nPos, "<!"))
+        return DescriptionVerdict::DocumentType;
+    else if (!JudgeTag(strText, bClosing, nPos, counts))
+        return DescriptionVerdict::TooMuch;
+    if (nPos == std::string::npos || counts.nDepth < 0)
+        return DescriptionVerdict::NotWellFormed;
+    return counts.nDepth > kMaxNesting ? DescriptionVerdict::TooDeep : DescriptionVerdict::Good;
 }
 
 } // namespace
@@ -160,39 +222,23 @@ std::string CleanDescription(std::string strText)
     // Behind a NUL lies what fills the camera's memory. Among the text it would make the parser take it for
     // UTF-16.
     strText.resize(strText.find('\0') == std::string::npos ? strText.size() : strText.find('\0'));
-    return InUtf8(std::move(strText));
+    return MadeValid(InUtf8(std::move(strText)));
 }
 
 DescriptionVerdict JudgeDescription(const std::string &strText)
 {
     if (strText.empty())
         return DescriptionVerdict::Empty;
-    if (strText.size() > kMaxText)
+    if (strText.size() > kMaxDescription)
         return DescriptionVerdict::TooLong;
-    int nDepth = 0;
+    Counts counts;
     size_t nPos = 0;
     while ((nPos = strText.find('<', nPos)) != std::string::npos) {
-        if (StartsWith(strText, nPos, "<!--")) {
-            nPos = Behind(strText, nPos + 4, "-->");
-        } else if (StartsWith(strText, nPos, "<![CDATA[")) {
-            nPos = Behind(strText, nPos, "]]>");
-        } else if (StartsWith(strText, nPos, "<?")) {
-            nPos = Behind(strText, nPos, "?>");
-        } else if (StartsWith(strText, nPos, "<!")) {
-            return DescriptionVerdict::DocumentType;
-        } else {
-            const bool bClosing = StartsWith(strText, nPos, "</");
-            nPos = EndOfTag(strText, nPos);
-            const bool bEmptyElement = nPos != std::string::npos && !bClosing && strText[nPos - 2] == '/';
-            if (!bEmptyElement)
-                nDepth += bClosing ? -1 : 1;
-        }
-        if (nPos == std::string::npos || nDepth < 0)
-            return DescriptionVerdict::NotWellFormed;
-        if (nDepth > kMaxNesting)
-            return DescriptionVerdict::TooDeep;
+        const DescriptionVerdict verdict = JudgeMarkup(strText, nPos, counts);
+        if (verdict != DescriptionVerdict::Good)
+            return verdict;
     }
-    return nDepth == 0 ? DescriptionVerdict::Good : DescriptionVerdict::NotWellFormed;
+    return counts.nDepth == 0 ? DescriptionVerdict::Good : DescriptionVerdict::NotWellFormed;
 }
 
 } // namespace kxcc

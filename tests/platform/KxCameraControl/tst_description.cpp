@@ -1,11 +1,18 @@
 #include <QTest>
 
 #include "protocol/description.h"
-#include "protocol/frame.h"
 
 using namespace kxcc;
 
 namespace {
+
+std::string Repeated(const std::string &strPart, int nTimes)
+{
+    std::string strText;
+    for (int i = 0; i < nTimes; ++i)
+        strText += strPart;
+    return strText;
+}
 
 std::string Nested(int nLevels)
 {
@@ -118,6 +125,22 @@ void tst_Description::Clean_data()
         << QByteArray("<?xml version=\"1.0\" encoding=\"Klingon\"?><R/>") << utf8 + "<R/>";
     QTest::newRow("encoding without a name")
         << QByteArray("<?xml version=\"1.0\" encoding=?><R/>") << utf8 + "<R/>";
+    QTest::newRow("a Latin-1 byte") << utf8 + "<R a='\xb0'>50 \xb0"
+                                              "C</R>"
+                                    << utf8 + "<R a='\xef\xbf\xbd'>50 \xef\xbf\xbd"
+                                              "C</R>";
+    QTest::newRow("bytes that are no UTF-8, each one")
+        << QByteArray("<R>\xff\xc0\xaf\xed\xa0\x80\xe4\xb8</R>")
+        << "<R>" + QByteArray("\xef\xbf\xbd").repeated(8) + "</R>";
+    QTest::newRow("a byte that is none of the encoding either")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"US-ASCII\"?><R>\xb5</R>")
+        << utf8 + "<R>\xef\xbf\xbd</R>";
+    QTest::newRow("UTF-8 of every length is kept")
+        << QByteArray("<R>\xc2\xb5\xe4\xb8\xad\xf0\x9f\x98\x80</R>")
+        << QByteArray("<R>\xc2\xb5\xe4\xb8\xad\xf0\x9f\x98\x80</R>");
+    QTest::newRow("NUL hidden in UTF-7")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-7\"?><R>+AAA-</R>")
+        << utf8 + "<R>\xef\xbf\xbd</R>";
     QTest::newRow("nothing") << QByteArray() << QByteArray();
     QTest::newRow("no XML") << QByteArray("hello") << QByteArray();
 }
@@ -153,6 +176,14 @@ void tst_Description::Judge_data()
     row("never closed", "<R><a></a>", V::NotWellFormed);
     row("closed too often", "<R></R></R>", V::NotWellFormed);
     row("a lone bracket", "<", V::NotWellFormed);
+    const std::string strNodes = "<R><?p?>" + Repeated("<a></a><b/><!-- --><![CDATA[]]>", 49999) + "<c/><d/>";
+    row("most nodes", strNodes + "</R>", V::Good);
+    row("a node too many", strNodes + "<!----></R>", V::TooMuch);
+    row("most attributes", "<R>" + Repeated("<a b='>' c=\"'\"/>", 100000) + "</R>", V::Good);
+    row("an attribute too many", "<R>" + Repeated("<a b='>' c=\"'\"/>", 100000) + "<a b=''/></R>",
+        V::TooMuch);
+    row("most attributes of an element", "<R " + Repeated("a=\"\" ", 100) + "/>", V::Good);
+    row("an attribute of an element too many", "<R " + Repeated("a=\"\" ", 101) + "/>", V::TooMuch);
 }
 
 void tst_Description::Judge()
@@ -163,8 +194,9 @@ void tst_Description::Judge()
 
 void tst_Description::Judge_MoreThanTheLongestText_IsTooLong()
 {
-    std::string strText = "<R>" + std::string(kMaxText, ' ') + "</R>";
-    QVERIFY(JudgeDescription(strText) == DescriptionVerdict::TooLong);
+    const std::string strText = "<R>" + std::string(kMaxDescription - 7, ' ') + "</R>";
+    QVERIFY(JudgeDescription(strText) == DescriptionVerdict::Good);
+    QVERIFY(JudgeDescription(strText + ' ') == DescriptionVerdict::TooLong);
 }
 
 QTEST_APPLESS_MAIN(tst_Description)

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void Open_Url_data();
     void Open_Url();
     void Open_PackedDescription_Works();
+    void Open_DescriptionWithALatin1Byte_GivesTheRepairedText();
     void Open_PackedDescriptionThatUnpacksTooFar_IsRefused();
     void Open_CameraAsksForMoreTimeForEver_TimesOut();
     void Get_BrokenFeatures_LeaveTheHandleOpen();
@@ -136,6 +137,20 @@ void tst_HostileCamera::Open_PackedDescription_Works()
     unsigned int nSize = 0;
     QCOMPARE(KX_XML_GetGenICamXML(camera.Handle(), text.data(), 1 << 20, &nSize), KX_CC_OK);
     QCOMPARE(QByteArray(reinterpret_cast<const char *>(text.data())), GoodDescription());
+}
+
+void tst_HostileCamera::Open_DescriptionWithALatin1Byte_GivesTheRepairedText()
+{
+    const QByteArray comment = "<!-- 50 \xb0 -->";
+    const QByteArray description = GoodDescription() + comment;
+    const ScriptedCamera scripted(kAddress, UrlFor(description), description);
+    const OpenCamera camera(kAddress);
+    QCOMPARE(camera.Code(), KX_CC_OK);
+    std::vector<unsigned char> text(1 << 20);
+    unsigned int nSize = 0;
+    QCOMPARE(KX_XML_GetGenICamXML(camera.Handle(), text.data(), 1 << 20, &nSize), KX_CC_OK);
+    QCOMPARE(QByteArray(reinterpret_cast<const char *>(text.data())),
+             GoodDescription() + QByteArray(comment).replace('\xb0', "\xef\xbf\xbd"));
 }
 
 void tst_HostileCamera::Open_PackedDescriptionThatUnpacksTooFar_IsRefused()

@@ -39,8 +39,10 @@ void tst_Faults_Descriptions::Export_FaultyDescription_OtherCamerasComplete_data
          {"url-huge-size", "url-unknown-scheme", "url-garbage", "url-empty", "url-unterminated",
           "url-no-memory", "zip-bad-directory", "zip-bad-header", "zip-truncated", "zip-encrypted",
           "zip-two-files", "zip-bomb", "not-xml", "truncated", "dtd", "entity-bomb", "deep"});
+    rows(Wanted::NoFile, {"many-elements", "nested-pointers", "stray-ampersand", "doubled-attribute"});
     // What can be read for certain is read.
     rows(Wanted::SameFile, {"zip-bad-size", "text-before", "bom", "utf-16", "trailing-nuls", "big"});
+    rows(Wanted::SameFile, {"latin-1"});
     // Damage to one node costs that feature. Width is the last one by name: a helper that dies of it takes
     // none of the others along.
     rows(Wanted::AllButWidth,

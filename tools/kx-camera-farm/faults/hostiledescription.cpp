@@ -45,6 +45,16 @@ QByteArray WithNodes(const QByteArray &xml, const QByteArray &nodes)
     return text.insert(text.lastIndexOf("</"), nodes);
 }
 
+/// A first node with this tool tip: what a parser gives up behind it has none of the features.
+QByteArray WithToolTip(const QByteArray &xml, const QByteArray &content)
+{
+    const QByteArray node =
+        "<Integer Name=\"Tipped\"><ToolTip>" + content + "</ToolTip><Value>1</Value></Integer>";
+    const int root = xml.indexOf("<RegisterDescription");
+    QByteArray text = xml;
+    return text.insert(xml.indexOf('>', root) + 1, node);
+}
+
 QByteArray WithPrologue(const QByteArray &xml, const QByteArray &prologue)
 {
     const int end = xml.indexOf("?>");
@@ -148,6 +158,21 @@ const Hostile HOSTILE[] = {
          return Plain(WithNodes(
              xml, QByteArray("<Group Comment=\"padding\"></Group>\n").repeated(5 * 1024 * 1024 / 35)));
      }},
+    {"many-elements",
+     [](const QByteArray &xml) {
+         return Zipped(ZipOfXml(WithNodes(xml, QByteArray("<a b=\"\"/>").repeated(6 * 1024 * 1024))));
+     }},
+    {"nested-pointers",
+     [](const QByteArray &xml) {
+         const QByteArray open = QByteArray("<Integer Name=\"Deep\"><pValue>").repeated(100);
+         const QByteArray close = QByteArray("</pValue></Integer>").repeated(100);
+         return Zipped(ZipOfXml(WithNodes(xml, open + QByteArray(10 * 1024 * 1024, 'x') + close)));
+     }},
+    {"stray-ampersand", [](const QByteArray &xml) { return Plain(WithToolTip(xml, "Gain & Offset")); }},
+    {"undefined-entity", [](const QByteArray &xml) { return Plain(WithToolTip(xml, "50 &deg;C")); }},
+    {"mismatched-tags", [](const QByteArray &xml) { return Plain(WithToolTip(xml, "<b><i></b></i>")); }},
+    {"doubled-attribute", [](const QByteArray &xml) { return Plain(WithToolTip(xml, "<b a='' a=''/>")); }},
+    {"latin-1", [](const QByteArray &xml) { return Plain(WithToolTip(xml, "50 \xB0 C")); }},
     {"cycle",
      [](const QByteArray &xml) {
          return Plain(WithNodes(

@@ -177,8 +177,10 @@ KX_CC_API int KX_CC_CreateHandle(void **phDevice, const KX_CC_DEVICE_INFO *pstDe
  *                                address, the model and the serial number are compared with the record. A
  *                                record with none of them means whoever is there
  * @retval KX_CC_E_ACCESS_DENIED  another application controls it
- * @retval KX_CC_E_DESCRIPTION    its description is missing or was refused: it holds a DTD, is nested
- *                                deeper than 256 levels, is over 64 MB, or is no GenICam description
+ * @retval KX_CC_E_DESCRIPTION    its description is missing or was refused: it is not well-formed, holds a
+ *                                DTD, is nested deeper than 256 levels, has more than 16 MB, 200000 elements,
+ *                                200000 attributes (100 of one element), 256 kB of text in one element or
+ *                                4 MB in all pointers, or is no GenICam description
  * @retval KX_CC_E_SESSION, KX_CC_E_SESSION_ENDED, KX_CC_E_TIMEOUT  the helper process
  * After any failure the handle is closed and the camera released.
  */
@@ -266,8 +268,9 @@ KX_CC_API int KX_CC_SetBoolValue(void *hDevice, const char *szName, bool bValue)
 /**
  * Gives the camera's GenICam description as text.
  *
- * The text is as the camera sent it, unpacked, without a byte-order mark, text before the XML declaration
- * and trailing NULs, and with a NUL at its end.
+ * The text is as the camera sent it, unpacked, in UTF-8, without a byte-order mark, text before the XML
+ * declaration and trailing NULs, with U+FFFD for each byte that was no UTF-8, and with a NUL at its end. It
+ * is well-formed.
  *
  * @param hDevice    An open handle.
  * @param pBuffer    Where the text goes, owned by the caller. Only the reported size is touched.
