@@ -256,6 +256,8 @@ void tst_LumoInterface::toolsSupportNum_Set_IsRead()
 {
     Write(InstallationFile(), "ToolsSupportNum=400\n");
     QCOMPARE(LumoInterface::toolsSupportNum(), 400);
+    Write(InstallationFile(), "ToolsSupportNum=1\n");
+    QCOMPARE(LumoInterface::toolsSupportNum(), 1);
 }
 
 void tst_LumoInterface::toolsSupportNum_NotANumberOrNotPositive_Is64_data()

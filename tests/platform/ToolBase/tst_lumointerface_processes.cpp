@@ -28,6 +28,7 @@ private slots:
     void killProcess_AnotherUsers_Lives();
     void killProcess_OthersOfTheName_End();
     void killProcess_IgnoresTerminate_IsKilled();
+    void killProcess_SeveralIgnoreTerminate_AreWaitedForTogether();
     void killProcess_OwnName_SparesTheCaller();
 
 private:
@@ -98,7 +99,7 @@ QByteArray tst_LumoInterface_Processes::IdsOfThird(const QString &name)
 
 // Root sees every executable, so the looking has to be done by somebody else.
 #define SKIP_UNLESS_OTHER_USERS_CAN_RUN()                                                                    \
-    if (geteuid() != 0 || IdsOfThird(QString()) != "")                                                  \
+    if (geteuid() != 0 || IdsOfThird(QString()) != "")                                                       \
     QSKIP("this program cannot be run as another user here")
 
 void tst_LumoInterface_Processes::processID_AnotherUsers_IsListed_data()
@@ -208,7 +209,7 @@ void tst_LumoInterface_Processes::processID_ExecutableReplacedMeanwhile_IsStillF
 
 void tst_LumoInterface_Processes::processID_NoListGiven_DoesNothing()
 {
-    LumoInterface::processID(m_name, nullptr);
+    LumoInterface::processID(QFileInfo(QCoreApplication::applicationFilePath()).fileName(), nullptr);
 }
 
 void tst_LumoInterface_Processes::processID_ListWithEntries_Appends()
@@ -237,6 +238,22 @@ void tst_LumoInterface_Processes::killProcess_IgnoresTerminate_IsKilled()
     LumoInterface::killProcess(m_name);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), SIGKILL);
+}
+
+void tst_LumoInterface_Processes::killProcess_SeveralIgnoreTerminate_AreWaitedForTogether()
+{
+    QProcess deaf[4];
+    for (QProcess &process : deaf) {
+        StartAs(process, "/bin/dash", m_name, {"-c", "trap '' TERM; echo deaf; while :; do read line; done"});
+        QVERIFY(process.waitForReadyRead());
+    }
+    QElapsedTimer timer;
+    timer.start();
+    LumoInterface::killProcess(m_name);
+    QVERIFY2(timer.elapsed() < 6000, qPrintable(QString::number(timer.elapsed()))); // 1 s, and a busy machine
+    for (QProcess &process : deaf) {
+        QVERIFY(process.waitForFinished());
+    }
 }
 
 void tst_LumoInterface_Processes::killProcess_OwnName_SparesTheCaller()
