@@ -12,6 +12,7 @@ private slots:
     void LessThan_NoCode_ComparesTextsByCodeUnit();
     void LessThan_OnlyTheOtherHasACode_ComparesTexts();
     void LessThan_OnlyThisHasACode_TheOtherCountsAsZero();
+    void LessThan_EqualCodes_NeitherComesFirst();
 };
 
 namespace {
@@ -63,6 +64,16 @@ void tst_CSortTableItem::LessThan_OnlyThisHasACode_TheOtherCountsAsZero()
     Fill(plain, "b");
     Fill(coded, "a", 1);
     QVERIFY(!(coded < plain));
+}
+
+void tst_CSortTableItem::LessThan_EqualCodes_NeitherComesFirst()
+{
+    CSortTableItem one;
+    CSortTableItem other;
+    Fill(one, "a", 2);
+    Fill(other, "b", 2);
+    QVERIFY(!(one < other));
+    QVERIFY(!(other < one));
 }
 
 QTEST_APPLESS_MAIN(tst_CSortTableItem)

@@ -95,6 +95,7 @@ void tst_MainWidget_Filter::Filter_TicksOfTwoGroupsBeyondTheLimit_TheFirstRowIsC
     fixture.ClickHeader(CheckColumn);
     fixture.Header()->setCheckState(CheckColumn, Qt::Unchecked, false);
     fixture.Button("ExportBtn")->setEnabled(false);
+    fixture.Table()->selectRow(4);
     QString strContent;
     ModalHands hands;
     hands.Then("MessageBox", [&](QWidget *pBox) {
