@@ -192,10 +192,11 @@ Result Overwrite(const Target &target, const QByteArray &bytes)
     QByteArray old;
     if (!ReadStart(nFd, std::min<qint64>(nOldSize, bytes.size()), &old))
         return Result::Refused;
-    if (Reserve(nFd, bytes.size()) && WriteAll(nFd, bytes) && fsync(nFd) == 0 &&
-        ftruncate(nFd, bytes.size()) == 0)
+    const bool bReserved = Reserve(nFd, bytes.size());
+    if (bReserved && WriteAll(nFd, bytes) && fsync(nFd) == 0 && ftruncate(nFd, bytes.size()) == 0)
         return Result::Written;
-    WriteAll(nFd, old);
+    if (bReserved)
+        WriteAll(nFd, old);
     if (ftruncate(nFd, nOldSize) == 0)
         fsync(nFd);
     return Result::Failed;

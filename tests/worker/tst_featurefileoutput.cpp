@@ -27,6 +27,9 @@ struct BadDisk
 {
     off_t room = -1;        ///< writing beyond fails; negative: the disk is as it is
     bool failsLate = false; ///< says so only when the file is to be safe
+    bool vanishes = false;  ///< the old file goes while the new one is put into its place
+    bool another = false;   ///< and another one comes
+    int writes = 0;         ///< so far
 };
 BadDisk disk;
 
@@ -45,6 +48,7 @@ int posix_fallocate(int fd, off_t offset, off_t length)
 
 ssize_t pwrite(int fd, const void *bytes, size_t count, off_t offset)
 {
+    ++disk.writes;
     if (disk.room >= 0 && offset >= disk.room) {
         errno = ENOSPC;
         return -1;
@@ -60,6 +64,19 @@ int fsync(int fd)
         return -1;
     }
     return static_cast<int>(syscall(SYS_fsync, fd));
+}
+
+int rename(const char *from, const char *to) noexcept
+{
+    if (disk.vanishes) {
+        unlink(to);
+        if (disk.another) {
+            close(open(to, O_CREAT | O_WRONLY, 0666));
+        }
+        errno = EPERM;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
 }
 
 } // extern "C"
@@ -88,6 +105,8 @@ private slots:
     void Write_DiskFailsAfterReserving_KeepsTheOldFile();
     void Write_InPlaceOverUnreadableFile_IsRefused();
     void Write_FolderTakesNoFilesAndHasNone_IsRefused();
+    void Write_OldFileVanishes_IsRefused_data();
+    void Write_OldFileVanishes_IsRefused();
     void Write_MountPoint_WritesInPlace();
     void Write_LinkInsideTheFolder_WritesTheFileBehindIt();
     void Write_LinkElsewhere_IsRefusedAndNothingTouched_data();
@@ -280,10 +299,13 @@ void tst_FeatureFileOutput::Write_InPlaceOnAFullDisk_KeepsTheOldFile()
 {
     QFETCH(bool, sticky);
     ForbidReplacing(sticky);
-    QVERIFY(AsNobody([this] {
+    QVERIFY(AsNobody([this, sticky] {
         LimitFileSize(6000);
+        disk.writes = 0;
         bool whole = true;
-        return FeatureFileOutput::Write(Path("a.kfb"), QString(100000, 'x'), &whole) && !whole;
+        // The room is refused, so nothing is touched; the sticky folder takes a part of a new file.
+        return FeatureFileOutput::Write(Path("a.kfb"), QString(100000, 'x'), &whole) && !whole &&
+               (sticky || disk.writes == 0);
     }));
     QCOMPARE(ReadAll(Path("a.kfb")), QByteArray(5000, 'o'));
     QCOMPARE(Entries(), QStringList("a.kfb"));
@@ -310,7 +332,8 @@ void tst_FeatureFileOutput::Write_DiskFailsAfterReserving_KeepsTheOldFile()
     ForbidReplacing(false);
     SetMode(m_dir->path(), mayBeReplaced ? 0777 : 0555);
     QVERIFY(AsNobody([this, room, failsLate] {
-        disk = {room, failsLate};
+        disk.room = room;
+        disk.failsLate = failsLate;
         bool whole = true;
         return FeatureFileOutput::Write(Path("a.kfb"), QString(100000, 'x'), &whole) && !whole;
     }));
@@ -332,6 +355,26 @@ void tst_FeatureFileOutput::Write_FolderTakesNoFilesAndHasNone_IsRefused()
     ForbidReplacing(false);
     QVERIFY(AsNobody([this] { return !FeatureFileOutput::Write(Path("b.kfb"), "text"); }));
     QCOMPARE(Entries(), QStringList("a.kfb"));
+}
+
+void tst_FeatureFileOutput::Write_OldFileVanishes_IsRefused_data()
+{
+    QTest::addColumn<bool>("another");
+    QTest::newRow("gone") << false;
+    QTest::newRow("another file in its place") << true;
+}
+
+void tst_FeatureFileOutput::Write_OldFileVanishes_IsRefused()
+{
+    QFETCH(bool, another);
+    // Written in place, the text would be in a file that nobody can open any more.
+    MakeFile(Path("a.kfb"), "old");
+    QVERIFY(InChild([this, another] {
+        disk.vanishes = true;
+        disk.another = another;
+        return !FeatureFileOutput::Write(Path("a.kfb"), "text");
+    }));
+    QCOMPARE(Entries(), another ? QStringList("a.kfb") : QStringList());
 }
 
 void tst_FeatureFileOutput::Write_MountPoint_WritesInPlace()
