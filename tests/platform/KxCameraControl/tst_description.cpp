@@ -194,7 +194,7 @@ void tst_Description::Judge()
 
 void tst_Description::Judge_MoreThanTheLongestText_IsTooLong()
 {
-    const std::string strText = "<R>" + std::string(kMaxDescription - 7, ' ') + "</R>";
+    const std::string strText = "<R>" + std::string((16 << 20) - 7, ' ') + "</R>";
     QVERIFY(JudgeDescription(strText) == DescriptionVerdict::Good);
     QVERIFY(JudgeDescription(strText + ' ') == DescriptionVerdict::TooLong);
 }

@@ -9,6 +9,8 @@ using namespace kxcc;
 
 namespace {
 
+constexpr size_t kLongestText = 256 << 10;
+
 QByteArray Root(const QByteArray &content)
 {
     return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<R>" + content + "</R>\n";
@@ -80,13 +82,13 @@ void tst_DescriptionReader::Read_Text_GivesVerdict_data()
     row("ends inside a tag", "<R><a", V::NotWellFormed);
     row("no root", "<?xml version=\"1.0\"?><!-- -->", V::NotWellFormed);
 
-    row("longest text", Root("<a>" + Text(kMaxTextOfElement) + "</a>"), V::Good);
-    row("text too long", Root("<a>" + Text(kMaxTextOfElement + 1) + "</a>"), V::TooMuch);
-    row("text too long in parts", Root("<a>" + Text(kMaxTextOfElement - 1) + "<b>y</b>&lt;<![CDATA[z]]></a>"),
+    row("longest text", Root("<a>" + Text(kLongestText) + "</a>"), V::Good);
+    row("text too long", Root("<a>" + Text(kLongestText + 1) + "</a>"), V::TooMuch);
+    row("text too long in parts", Root("<a>" + Text(kLongestText - 1) + "<b>y</b>&lt;<![CDATA[z]]></a>"),
         V::TooMuch);
-    row("longest texts beside each other", Root("<a>" + Text(kMaxTextOfElement) + "</a><p>y</p>"), V::Good);
-    row("blanks too long", Root("<a>" + QByteArray(kMaxTextOfElement + 1, ' ') + "</a>"), V::TooMuch);
-    const QByteArray pointers = ("<pValue>" + Text(kMaxTextOfElement) + "</pValue>").repeated(16);
+    row("longest texts beside each other", Root("<a>" + Text(kLongestText) + "</a><p>y</p>"), V::Good);
+    row("blanks too long", Root("<a>" + QByteArray(kLongestText + 1, ' ') + "</a>"), V::TooMuch);
+    const QByteArray pointers = ("<pValue>" + Text(kLongestText) + "</pValue>").repeated(16);
     row("longest text of pointers", Root(pointers + "<a>x</a>"), V::Good);
     row("text of pointers too long", Root(pointers + "<pMin>x</pMin>"), V::TooMuch);
     row("text of nested pointers too long",

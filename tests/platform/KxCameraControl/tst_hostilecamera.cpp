@@ -95,6 +95,8 @@ void tst_HostileCamera::Open_Description_data()
                                           QByteArray("<a>").repeated(100000)
                                    << KX_CC_E_DESCRIPTION;
     QTest::newRow("cut off") << good.left(good.size() / 2) << KX_CC_E_DESCRIPTION;
+    QTest::newRow("not well-formed at its end")
+        << QByteArray(good).insert(good.lastIndexOf("</"), "<a b='' b=''/>") << KX_CC_E_DESCRIPTION;
     QTest::newRow("other XML") << QByteArray("<?xml version=\"1.0\"?><html/>") << KX_CC_E_DESCRIPTION;
     QTest::newRow("no XML") << QByteArray("hello, world") << KX_CC_E_DESCRIPTION;
     QTest::newRow("zip that is none") << QByteArray("PK\x03\x04 and nothing more") << KX_CC_E_DESCRIPTION;
