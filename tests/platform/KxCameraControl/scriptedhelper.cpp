@@ -5,6 +5,10 @@
 ///  last-words         says why, and ends with an abort, when a feature is asked for
 ///  exit-code          ends with exit code 7 when a feature is asked for
 ///  slow MS            takes that long for each feature
+///  hang-up MS         closes the socket when a feature is asked for, and ends so much later with code 7
+///  work MS            computes that long, on a processor, for each feature
+///  stubborn           does not end when the library hangs up
+///  surroundings       a feature's value is 0 unless it was started as a helper is to be
 ///  progress MS COUNT  tells of progress so often, at that distance, before each reply to a save
 ///
 /// An opening always succeeds, and a feature's value is 42.
@@ -12,11 +16,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <string>
 #include <vector>
 
+#include <csignal>
+
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "protocol/frame.h"
@@ -26,6 +35,9 @@ using namespace kxcc;
 namespace {
 
 constexpr int kSocket = 3;
+
+int64_t nValue = 42;
+bool bStubborn = false;
 
 struct Script
 {
@@ -47,8 +59,11 @@ Script ReadScript()
 
 void Receive(void *pBuffer, size_t nSize)
 {
-    if (nSize > 0 && recv(kSocket, pBuffer, nSize, MSG_WAITALL) != static_cast<ssize_t>(nSize))
-        _exit(0);
+    if (nSize == 0 || recv(kSocket, pBuffer, nSize, MSG_WAITALL) == static_cast<ssize_t>(nSize))
+        return;
+    if (bStubborn)
+        sleep(300);
+    _exit(0);
 }
 
 /// Ends early, and with it this process, when the library hangs up.
@@ -76,10 +91,38 @@ void Send(uint32_t nSerial, bool bProgress)
     Reply reply;
     reply.nSerial = nSerial;
     reply.bProgress = bProgress;
-    reply.nNumber = 42;
+    reply.nNumber = nValue;
     const std::vector<uint8_t> bytes = EncodeReply(reply);
     if (send(kSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
         _exit(0);
+}
+
+bool IsNull(int nDescriptor)
+{
+    struct stat status
+    {
+    };
+    struct stat null
+    {
+    };
+    return fstat(nDescriptor, &status) == 0 && stat("/dev/null", &null) == 0 &&
+           status.st_rdev == null.st_rdev;
+}
+
+/// Standard streams, no descriptor but the socket, default signals, a process group of its own.
+bool IsStartedWell()
+{
+    sigset_t blocked;
+    sigprocmask(SIG_BLOCK, nullptr, &blocked);
+    struct sigaction action
+    {
+    };
+    sigaction(SIGTERM, nullptr, &action);
+    bool bClosed = true;
+    for (int n = kSocket + 1; n < 256; ++n)
+        bClosed = bClosed && fcntl(n, F_GETFD) < 0;
+    return IsNull(0) && IsNull(1) && !IsNull(2) && bClosed && sigismember(&blocked, SIGTERM) == 0 &&
+           action.sa_handler == SIG_DFL && getpgrp() == getpid();
 }
 
 void Play(const Script &script, const Request &request)
@@ -95,6 +138,16 @@ void Play(const Script &script, const Request &request)
     }
     if (script.Is("exit-code"))
         _exit(7);
+    if (script.Is("hang-up")) {
+        close(kSocket);
+        usleep(script.nMs * 1000);
+        _exit(7);
+    }
+    if (script.Is("work")) {
+        const auto nEnd = clock() + static_cast<clock_t>(script.nMs) * (CLOCKS_PER_SEC / 1000);
+        while (clock() < nEnd) {
+        }
+    }
     if (script.Is("slow"))
         Pause(script.nMs);
     for (unsigned int i = 0; script.Is("progress") && i < script.nCount; ++i) {
@@ -108,6 +161,10 @@ void Play(const Script &script, const Request &request)
 int main()
 {
     const Script script = ReadScript();
+    if (script.Is("surroundings"))
+        nValue = IsStartedWell() ? 42 : 0;
+    if (script.Is("stubborn"))
+        bStubborn = true;
     Send(kReadySerial, false);
     for (;;) {
         const Request request = ReceiveRequest();

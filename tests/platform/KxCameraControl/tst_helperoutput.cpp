@@ -45,6 +45,7 @@ private slots:
     void End_LineWithoutItsEnd_IsHandedOn();
     void End_AfterTooMuch_SaysNothingMore();
     void Open_Again_StartsAnew();
+    void Open_AgainInTheMiddleOfALine_ForgetsIt();
     void HelperEnd_NobodyReads_DoesNotBlock();
 
 private:
@@ -161,6 +162,17 @@ void tst_HelperOutput::Open_Again_StartsAnew()
     Write("fresh\n");
     m_pOutput->Read("Camera");
     QCOMPARE(lines, QStringList({TOO_MUCH, Said("fresh")}));
+}
+
+void tst_HelperOutput::Open_AgainInTheMiddleOfALine_ForgetsIt()
+{
+    Write("half");
+    m_pOutput->Read("Camera");
+    close(m_nEnd);
+    QVERIFY(m_pOutput->Open(m_nEnd));
+    Write("fresh\n");
+    m_pOutput->Read("Camera");
+    QCOMPARE(lines, QStringList(Said("fresh")));
 }
 
 void tst_HelperOutput::HelperEnd_NobodyReads_DoesNotBlock()

@@ -1,9 +1,10 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
-#include <thread>
+#include <csignal>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -79,6 +80,11 @@ private Q_SLOTS:
     void Call_ReplyToAnotherRequest_EndsTheSession();
     void Call_HelperWritesWithoutEnd_GetsItsReplyAndAFewLines();
     void Call_HelperAborts_LogHasItsLastWordsAndTheSignal();
+    void Call_HelperHangsUpAndLives_IsEnded();
+    void Call_HelperComputesBeyondTheDeadline_IsGrantedIt();
+    void Call_RequestLongerThanTheSocketHolds_ArrivesAsItIs();
+    void Close_HelperDoesNotEnd_IsKilled();
+    void Open_StrangeSurroundings_AreKeptFromTheHelper();
     void Call_HelperExits_LogHasItsExitCode();
     void Call_EachFeatureTakesLong_EndsWithTheTotal();
     void Call_OneFeatureTakesTooLong_EndsBeforeIt();
@@ -139,6 +145,66 @@ void tst_Session::Call_HelperAborts_LogHasItsLastWordsAndTheSignal()
     QVERIFY2(messages[1].startsWith("3" + CAMERA + "helper process was ended by: Abort"),
              qPrintable(messages[1]));
     QCOMPARE(messages[2], "3" + CAMERA + "lost: camera helper program ended unexpectedly (145)");
+}
+
+void tst_Session::Call_HelperHangsUpAndLives_IsEnded()
+{
+    const ScriptedHandle handle("hang-up 300000");
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(handle.Get(), KX_CC_E_SESSION_ENDED);
+    QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1); // no child is left
+}
+
+void tst_Session::Call_HelperComputesBeyondTheDeadline_IsGrantedIt()
+{
+    const ScriptedHandle handle("work 3400");
+    QCOMPARE(handle.Get(), KX_CC_OK);
+}
+
+void tst_Session::Call_RequestLongerThanTheSocketHolds_ArrivesAsItIs()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(QByteArray(8 << 20, 'x'));
+    file.close();
+    const ScriptedHandle handle("");
+    QCOMPARE(KX_CC_FeatureLoad(handle.Handle(), QFile::encodeName(file.fileName())), KX_CC_OK);
+    QCOMPARE(handle.Get(), KX_CC_OK); // there is nothing behind it that would be taken for a request
+    QCOMPARE(messages, QStringList());
+}
+
+void tst_Session::Close_HelperDoesNotEnd_IsKilled()
+{
+    const ScriptedHandle handle("stubborn");
+    QCOMPARE(handle.Get(), KX_CC_OK);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(KX_CC_CloseDevice(handle.Handle()), KX_CC_OK);
+    QVERIFY2(timer.elapsed() >= 900, qPrintable(QString::number(timer.elapsed()))); // it had its time
+    QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    QCOMPARE(messages, QStringList());
+}
+
+void tst_Session::Open_StrangeSurroundings_AreKeptFromTheHelper()
+{
+    const int nInherited = dup(STDOUT_FILENO); // not closed by exec
+    const auto before = signal(SIGTERM, SIG_IGN);
+    sigset_t term;
+    sigemptyset(&term);
+    sigaddset(&term, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &term, nullptr);
+    unsigned int nValue = 0;
+    {
+        const ScriptedHandle handle("surroundings");
+        QCOMPARE(handle.Get(&nValue), KX_CC_OK);
+    }
+    pthread_sigmask(SIG_UNBLOCK, &term, nullptr);
+    signal(SIGTERM, before);
+    close(nInherited);
+    QCOMPARE(nValue, 42U);
 }
 
 void tst_Session::Call_HelperExits_LogHasItsExitCode()

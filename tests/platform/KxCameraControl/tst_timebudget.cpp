@@ -107,6 +107,7 @@ void tst_TimeBudget::Parse_Texts_data()
     QCOMPARE(TOTAL, 300000);
 
     QTest::newRow("two numbers") << QByteArray("200,3000") << 200 << 3000;
+    QTest::newRow("every digit at the front") << QByteArray("9,9") << 9 << 9;
     QTest::newRow("no limits") << QByteArray("0,0") << 0 << 0;
     QTest::newRow("a day") << QByteArray("86400000,86400000") << 86400000 << 86400000;
     QTest::newRow("empty") << QByteArray("") << FEATURE << TOTAL;
