@@ -58,7 +58,8 @@ QStringList TextsOf(const QWidget *pBox)
 
 QImage SignOf(QWidget *pBox)
 {
-    return pBox->findChild<QWidget *>("MessageIcon")->grab().toImage();
+    auto *pIcon = pBox->findChild<QWidget *>("MessageIcon");
+    return pIcon->isVisibleTo(pBox) ? pIcon->grab().toImage() : QImage();
 }
 
 QImage InformationSign()
