@@ -36,6 +36,10 @@ void tst_XmlGuard::IsXmlSafeToParse_Text_IsJudged_data()
     QTest::newRow("tags in a comment") << Nested(1, "<!--" + strTags + "-->") << true;
     QTest::newRow("tags in CDATA") << Nested(1, "<![CDATA[" + strTags + "]]>") << true;
     QTest::newRow("tags in an instruction") << Nested(1, "<?p " + strTags + "?>") << true;
+    QTest::newRow("'<' at the end of a comment")
+        << Nested(1, QStringLiteral("<!--x<-->").repeated(300)) << true;
+    QTest::newRow("'<' at the end of CDATA")
+        << Nested(1, QStringLiteral("<![CDATA[x<]]>").repeated(300)) << true;
     QTest::newRow("tags behind a comment") << Nested(1, "<!-- - -->" + Nested(256)) << false;
     QTest::newRow("tags behind a short comment") << Nested(1, "<!---->" + Nested(256)) << false;
     QTest::newRow("comment that never ends") << "<a><!-- " + strTags << true; // setContent() refuses it
