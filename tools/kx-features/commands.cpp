@@ -112,6 +112,16 @@ void RefuseSharedFiles(Batch *pBatch, const QString &folder)
     }
 }
 
+// What a search found unreachable would only be waited for, or is at an address of another network.
+void RefuseUnreachable(Batch *pBatch)
+{
+    for (int index = 0; index < pBatch->Cameras().size(); ++index) {
+        if (pBatch->Cameras().at(index).record.nAccessStatus == KX_CC_ACCESS_UNREACHABLE) {
+            pBatch->Refuse(index, QStringLiteral("Unreachable: in another network, or without an answer."));
+        }
+    }
+}
+
 // @param source  what the workers of an import read
 int RunBatch(const CommandLine &command, Batch::Operation operation, const QString &source = {})
 {
@@ -129,6 +139,9 @@ int RunBatch(const CommandLine &command, Batch::Operation operation, const QStri
         batch.SetSource(source);
     } else if (!command.bOverwrite) {
         RefuseSharedFiles(&batch, command.strPath);
+    }
+    if (!command.choice.IsByAddressOnly()) {
+        RefuseUnreachable(&batch);
     }
     const BatchView view(batch, found.missing, command.bJson);
     const Interrupt interrupt;

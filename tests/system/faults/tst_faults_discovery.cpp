@@ -21,6 +21,7 @@ private slots:
     void Export_SameFileNameOverwritten_LeavesOneWholeFile();
     void Export_AddressOfAnotherCamera_FailsAlone();
     void Import_AddressOfAnotherCamera_SetsNothingThere();
+    void Export_AllWithOneUnreachable_SaysSoAndDoesNotOpenIt();
     void Import_BroadcastAddress_SetsNothing_data();
     void Import_BroadcastAddress_SetsNothing();
 
@@ -193,6 +194,26 @@ void tst_Faults_Discovery::Import_AddressOfAnotherCamera_SetsNothingThere()
     QCOMPARE(after.files.size(), 3);
     for (const QByteArray &content : after.files)
         QCOMPARE(content, m_batch.Reference());
+}
+
+void tst_Faults_Discovery::Export_AllWithOneUnreachable_SaysSoAndDoesNotOpenIt()
+{
+    QCOMPARE(m_batch.StartFarm(), QString());
+    QCOMPARE(m_batch.SetFault("mute 1"), QString());
+    const QTemporaryDir folder;
+
+    const CompanionRun run = RunCompanion({"export", "--to", folder.path(), "--json", "--all"});
+
+    QCOMPARE(run.exitCode, 1);
+    const QJsonObject row = run.Camera(m_batch.Faulty());
+    QCOMPARE(row.value("result").toString(), QString("failed"));
+    QCOMPARE(row.value("message").toString(),
+             QString("Unreachable: in another network, or without an answer."));
+    for (const int camera : {1, 3}) {
+        const QString file = QStringLiteral("/SimCam-150_SIM000%1.kfb").arg(camera);
+        QCOMPARE(ReadFile(folder.path() + file), m_batch.Reference());
+    }
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 2);
 }
 
 void tst_Faults_Discovery::Import_BroadcastAddress_SetsNothing_data()
