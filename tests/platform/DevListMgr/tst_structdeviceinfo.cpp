@@ -8,6 +8,7 @@ class tst_StructDeviceInfo : public QObject
 
 private slots:
     void Default_EveryField_HasItsStartValue();
+    void Layout_EveryField_LiesWhereOtherBuildsFindIt();
     void Copy_ChangedText_LeavesTheSource();
     void Variant_RecordStored_ComesBackWhole();
     void Variant_AnotherType_GivesTheDefaultRecord();
@@ -33,6 +34,37 @@ void tst_StructDeviceInfo::Default_EveryField_HasItsStartValue()
     QVERIFY(!record.bReserveFlag);
     QCOMPARE(record.nReserveValue1, 0);
     QCOMPARE(record.nReserveValue2, 0);
+}
+
+void tst_StructDeviceInfo::Layout_EveryField_LiesWhereOtherBuildsFindIt()
+{
+    using Record = _STRUCT_DEVICE_INFO_;
+    QCOMPARE(sizeof(Record), size_t{696});
+    QCOMPARE(offsetof(Record, stNetWorkInfo), size_t{584});
+    QCOMPARE(offsetof(Record, stUsbControllerInfo), size_t{632});
+    QCOMPARE(offsetof(Record, bReserveFlag), size_t{680});
+    QCOMPARE(offsetof(Record, nReserveValue1), size_t{684});
+    QCOMPARE(offsetof(Record, nReserveValue2), size_t{688});
+
+    using NetWork = _STRUCT_NET_WORK_INFO_;
+    QCOMPARE(sizeof(NetWork), size_t{48});
+    QCOMPARE(offsetof(NetWork, bNetValid), size_t{0});
+    QCOMPARE(offsetof(NetWork, strNetText1), size_t{8});
+    QCOMPARE(offsetof(NetWork, strNetText2), size_t{16});
+    QCOMPARE(offsetof(NetWork, strNetText3), size_t{24});
+    QCOMPARE(offsetof(NetWork, nNetValue1), size_t{32});
+    QCOMPARE(offsetof(NetWork, nNetValue2), size_t{36});
+    QCOMPARE(offsetof(NetWork, nNetValue3), size_t{40});
+    QCOMPARE(offsetof(NetWork, nNetValue4), size_t{44});
+
+    using Usb = _STRUCT_USB_CONTROLLER_INFO_;
+    QCOMPARE(sizeof(Usb), size_t{48});
+    QCOMPARE(offsetof(Usb, nUsbValue), size_t{0});
+    QCOMPARE(offsetof(Usb, strUsbText1), size_t{8});
+    QCOMPARE(offsetof(Usb, strUsbText2), size_t{16});
+    QCOMPARE(offsetof(Usb, strUsbText3), size_t{24});
+    QCOMPARE(offsetof(Usb, strUsbText4), size_t{32});
+    QCOMPARE(offsetof(Usb, strUsbText5), size_t{40});
 }
 
 void tst_StructDeviceInfo::Copy_ChangedText_LeavesTheSource()
