@@ -80,15 +80,21 @@ QVector<int> DeviceIdentity::Assign(const QVector<KX_CC_DEVICE_INFO> &vecDevices
     for (const QByteArray &key : qAsConst(vecKeys)) // in the order of the list: so are the new numbers
         AssignSameKey(vecDevices, WithoutFormerAddresses(vecDevices, hashIndexes.value(key)),
                       m_hashKnown[key], vecIDs);
-    if (m_hashKnown.size() > MOST_KNOWN)
+    if (m_nKnown > MOST_KNOWN)
         ForgetAllBut(hashIndexes);
     return vecIDs;
 }
 
 void DeviceIdentity::ForgetAllBut(const QHash<QByteArray, QVector<int>> &hashListed)
 {
-    for (auto it = m_hashKnown.begin(); it != m_hashKnown.end();)
-        it = hashListed.contains(it.key()) ? std::next(it) : m_hashKnown.erase(it);
+    for (auto it = m_hashKnown.begin(); it != m_hashKnown.end();) {
+        if (hashListed.contains(it.key())) {
+            ++it;
+            continue;
+        }
+        m_nKnown -= it->size();
+        it = m_hashKnown.erase(it);
+    }
 }
 
 void DeviceIdentity::AssignSameKey(const QVector<KX_CC_DEVICE_INFO> &vecDevices,
@@ -115,6 +121,7 @@ void DeviceIdentity::AssignSameKey(const QVector<KX_CC_DEVICE_INFO> &vecDevices,
         }
         if (vecIDs[nIndex] < 0) {
             vecKnown.append({0, m_nNextID++});
+            ++m_nKnown;
             vecTaken.append(false);
             take(nIndex, vecKnown.size() - 1);
         }

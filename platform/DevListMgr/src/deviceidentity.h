@@ -36,6 +36,7 @@ private:
     void ForgetAllBut(const QHash<QByteArray, QVector<int>> &hashListed);
 
     QHash<QByteArray, QVector<Known>> m_hashKnown;
+    int m_nKnown = 0; ///< cameras in it
     int m_nNextID = 1;
 };
 

@@ -42,7 +42,7 @@ void DeviceSearch::run()
     while (WaitForTransports(nTransports)) {
         // With every kind switched off again there is nothing to ask, but what was shown has to go.
         const auto found = nTransports ? pSource->search(nTransports) : QVector<KX_CC_DEVICE_INFO>();
-        if (found)
+        if (found && m_bHandled.exchange(false))
             emit RoundDone(diff.Next(*found, [&](const auto &stInfo) { return pSource->isOpen(stInfo); }));
         Pause(pSource->pauseMs());
     }

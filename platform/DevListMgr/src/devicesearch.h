@@ -6,6 +6,8 @@
 #include <QVector>
 #include <QWaitCondition>
 
+#include <atomic>
+
 #include "DevListMgr/devicesource.h"
 #include "devicelistdiff.h"
 
@@ -23,11 +25,15 @@ public:
     /// What the next rounds look for; the search starts with the first that are not 0. Any thread.
     void SetTransports(unsigned int nTransports);
 
+    /// Tells that what the last RoundDone() said is done. Until then rounds say nothing: the next one that
+    /// does tells all differences at once, so nothing piles up, however much changes. Any thread.
+    void SetHandled() { m_bHandled = true; }
+
     /// Asks the thread to end after the round in progress. Any thread.
     void Stop();
 
 signals:
-    /// After every round, from the search thread; most rounds change nothing.
+    /// After a round, from the search thread; most rounds change nothing. Wants SetHandled().
     void RoundDone(const QVector<DeviceChange> &vecChanges);
 
 protected:
@@ -38,6 +44,7 @@ private:
     void Pause(int nMs);
 
     const DeviceSourceFactory m_factory;
+    std::atomic_bool m_bHandled{true};
     QMutex m_mutex; ///< protects the members below
     QWaitCondition m_changed;
     unsigned int m_nTransports = 0;

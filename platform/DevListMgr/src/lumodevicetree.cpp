@@ -6,6 +6,7 @@
 
 #include <utility>
 
+#include "devicedelegate.h"
 #include "devicerecord.h"
 #include "lumodevicetree_p.h"
 #include "sdkdevicesource.h"
@@ -34,7 +35,6 @@ LumoDeviceTree::LumoDeviceTree(QWidget *parent)
     : QTreeWidget(parent)
     , m_pPrivate(std::make_unique<LumoDeviceTreePrivate>(this, CurrentSourceFactory()))
 {
-    qRegisterMetaType<StructDeviceInfo>("StructDeviceInfo");
     setColumnCount(2);
     setHeaderHidden(true);
     header()->setMinimumSectionSize(0);
@@ -46,6 +46,8 @@ LumoDeviceTree::LumoDeviceTree(QWidget *parent)
     setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideMiddle); // a long name keeps its start, and the serial number at its end
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
+    setItemDelegate(new DeviceDelegate(this));
 
     m_pPrivate->CreateFixedItems();
     connect(&m_pPrivate->m_search, &DeviceSearch::RoundDone, this, &LumoDeviceTree::OnRoundDone);
@@ -129,7 +131,9 @@ void LumoDeviceTree::OnRoundDone(const QVector<DeviceChange> &vecChanges)
     }
     for (const DeviceChange &change : vecChanges)
         m_pPrivate->m_queueChanges.enqueue(change);
-    if (!vecChanges.isEmpty())
+    if (vecChanges.isEmpty())
+        m_pPrivate->m_search.SetHandled();
+    else
         m_pPrivate->m_timerSlice.start();
 }
 
@@ -137,10 +141,18 @@ void LumoDeviceTree::ApplySlice()
 {
     QElapsedTimer timer;
     timer.start();
-    // Taken off the queue before it is applied: a slot may run an event loop of its own, and with it this.
-    while (!m_pPrivate->m_queueChanges.isEmpty() && timer.elapsed() < SLICE_MS)
-        Apply(m_pPrivate->m_queueChanges.dequeue());
-    if (m_pPrivate->m_queueChanges.isEmpty())
+    QQueue<DeviceChange> &queue = m_pPrivate->m_queueChanges;
+    // A slot may run an event loop of its own, as for a message: the timer has to fire there, too, and the
+    // next round may come there, so a change is off the queue, and the last one handled, before it is
+    // applied.
+    m_pPrivate->m_timerSlice.start();
+    while (!queue.isEmpty() && timer.elapsed() < SLICE_MS) {
+        const DeviceChange change = queue.dequeue();
+        if (queue.isEmpty())
+            m_pPrivate->m_search.SetHandled();
+        Apply(change);
+    }
+    if (queue.isEmpty())
         m_pPrivate->m_timerSlice.stop();
     m_pPrivate->ShowCounts();
 }
@@ -161,7 +173,6 @@ void LumoDeviceTree::AddCamera(const DeviceChange &change)
 {
     QTreeWidgetItem *pItem =
         m_pPrivate->MakeItem(m_pPrivate->GroupFor(change.stDevInfo), CameraItem, change.nDeviceID);
-    pItem->setFirstColumnSpanned(true); // the column of the counts is room for its text
     m_pPrivate->m_hashCameras.insert(change.nDeviceID, pItem);
     m_pPrivate->WriteCamera(pItem, change);
     emit sigNewDeviceItem(pItem);
@@ -177,7 +188,6 @@ void LumoDeviceTree::UpdateCamera(const DeviceChange &change)
     if (pGroup != pOldGroup) {
         const bool bCurrent = currentItem() == pItem;
         pGroup->addChild(pOldGroup->takeChild(pOldGroup->indexOfChild(pItem)));
-        pItem->setFirstColumnSpanned(true);
         m_pPrivate->ApplyVisibility(pItem);
         if (bCurrent)
             setCurrentItem(pItem);

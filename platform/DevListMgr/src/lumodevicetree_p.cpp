@@ -69,7 +69,8 @@ QTreeWidgetItem *LumoDeviceTreePrivate::MakeItem(QTreeWidgetItem *pParent, LumoD
     pItem->setSizeHint(0, QSize(0, ROW_HEIGHT));
     pItem->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     pParent->addChild(pItem);
-    pItem->setExpanded(true);
+    if (nType != LumoDeviceTree::CameraItem) // nothing is below; and each expanded item makes others slower
+        pItem->setExpanded(true);
     ApplyVisibility(pItem);
     return pItem;
 }

@@ -11,6 +11,7 @@ private slots:
     void init() { m_pDevices = std::make_unique<ScriptedDevices>(); }
     void cleanup() { m_pDevices.reset(); }
 
+    void Construct_Tree_LeavesTheRecordUnregistered();
     void Construct_NothingSwitchedOn_NothingIsSearched();
     void Construct_AllCamerasItem_StandsAtTheTop();
     void Hint_NoCameraFound_SaysSoAndCannotBeSelected();
@@ -31,12 +32,14 @@ private slots:
     void VisibleItemTypes_CamerasLeftOut_AreHidden();
     void UpdateDeviceTypes_FlagsOnAndOff_AreSearched();
     void UpdateDeviceTypes_AllOff_CamerasGo();
+    void UpdateDeviceTypes_DuringThePause_CutsItShort();
     void ToolName_Set_IsTheObjectName();
     void ToolName_Function_IsTheFirstVirtualOneThatTheTreeAdds();
     void Accessible_CameraInUse_SaysSo();
     void Language_Changed_TextsAreSetAnew();
     void Search_RoundTakesLong_TheEventLoopGoesOn();
     void Slot_RunsItsOwnEventLoop_TheTreeStaysWhole();
+    void Slot_RunsItsOwnEventLoop_TheTreeGoesOn();
 
 private:
     static QTreeWidgetItem *All(const LumoDeviceTree &tree)
@@ -46,6 +49,19 @@ private:
 
     std::unique_ptr<ScriptedDevices> m_pDevices;
 };
+
+// The first of all: nothing is ever unregistered.
+void tst_LumoDeviceTree::Construct_Tree_LeavesTheRecordUnregistered()
+{
+    LumoDeviceTree tree;
+    QCOMPARE(QMetaType::type("StructDeviceInfo"), int(QMetaType::UnknownType));
+
+    m_pDevices->Set({NetworkCamera(1)});
+    tree.updateDeviceTypes(5, true);
+    QTRY_VERIFY(tree.findCameraItem(1));
+
+    QVERIFY(QMetaType::type("StructDeviceInfo") != int(QMetaType::UnknownType));
+}
 
 void tst_LumoDeviceTree::Construct_NothingSwitchedOn_NothingIsSearched()
 {
@@ -320,6 +336,20 @@ void tst_LumoDeviceTree::UpdateDeviceTypes_AllOff_CamerasGo()
     QTRY_VERIFY(!tree.findCameraItem(1));
 }
 
+void tst_LumoDeviceTree::UpdateDeviceTypes_DuringThePause_CutsItShort()
+{
+    m_pDevices->SetPauseMs(600000);
+    LumoDeviceTree tree;
+    tree.updateDeviceTypes(5, true);
+    QTRY_COMPARE(m_pDevices->Rounds(), 1);
+    QTest::qWait(20); // into the pause
+    tree.updateDeviceTypes(8, true);
+    QTRY_COMPARE(m_pDevices->Transports(), 13u);
+    tree.updateDeviceTypes(8, true); // nothing new: the pause goes on
+    QTest::qWait(50);
+    QCOMPARE(m_pDevices->Rounds(), 2);
+}
+
 void tst_LumoDeviceTree::ToolName_Set_IsTheObjectName()
 {
     LumoDeviceTree tree;
@@ -409,6 +439,24 @@ void tst_LumoDeviceTree::Slot_RunsItsOwnEventLoop_TheTreeStaysWhole()
     m_pDevices->Set({});
     QTRY_COMPARE(All(tree)->text(1), QString("0"));
     QCOMPARE(All(tree)->childCount(), 1); // the hint
+}
+
+void tst_LumoDeviceTree::Slot_RunsItsOwnEventLoop_TheTreeGoesOn()
+{
+    m_pDevices->Set({NetworkCamera(1), NetworkCamera(2)});
+    LumoDeviceTree tree;
+    bool bOthersCame = false;
+    const auto showMessage = [&](QTreeWidgetItem *pItem) {
+        if (pItem != tree.findCameraItem(1))
+            return;
+        // The rest of its own round, and what later ones find.
+        m_pDevices->Set({NetworkCamera(1), NetworkCamera(2), NetworkCamera(3)});
+        bOthersCame =
+            QTest::qWaitFor([&] { return tree.findCameraItem(2) && tree.findCameraItem(3); }, 10000);
+    };
+    connect(&tree, &LumoDeviceTree::sigNewDeviceItem, &tree, showMessage);
+    tree.updateDeviceTypes(5, true);
+    QTRY_VERIFY_WITH_TIMEOUT(bOthersCame, 15000);
 }
 
 QTEST_MAIN(tst_LumoDeviceTree)

@@ -13,6 +13,9 @@ struct ScriptedDevices::State
     bool bOpen = false;
     bool bFailing = false;
     int nRoundMs = 0;
+    int nPauseMs = 5;
+    int nInventing = 0;
+    int nInvented = 0;
     int nRounds = 0;
     unsigned int nTransports = 0;
 };
@@ -35,7 +38,10 @@ public:
         m_pState->nTransports = nTransports;
         if (m_pState->bFailing)
             return std::nullopt;
-        return m_pState->vecDevices;
+        QVector<KX_CC_DEVICE_INFO> vecDevices = m_pState->vecDevices;
+        for (int i = 0; i < m_pState->nInventing; ++i)
+            vecDevices.append(NetworkCamera(1000 + ++m_pState->nInvented));
+        return vecDevices;
     }
 
     bool isOpen(const KX_CC_DEVICE_INFO &) const override
@@ -44,7 +50,11 @@ public:
         return m_pState->bOpen;
     }
 
-    int pauseMs() const override { return 5; }
+    int pauseMs() const override
+    {
+        const QMutexLocker locker(&m_pState->mutex);
+        return m_pState->nPauseMs;
+    }
 
 private:
     int RoundMs() const
@@ -148,6 +158,18 @@ void ScriptedDevices::SetRoundMs(int nMs)
 {
     const QMutexLocker locker(&m_pState->mutex);
     m_pState->nRoundMs = nMs;
+}
+
+void ScriptedDevices::SetPauseMs(int nMs)
+{
+    const QMutexLocker locker(&m_pState->mutex);
+    m_pState->nPauseMs = nMs;
+}
+
+void ScriptedDevices::SetInventing(int nCameras)
+{
+    const QMutexLocker locker(&m_pState->mutex);
+    m_pState->nInventing = nCameras;
 }
 
 int ScriptedDevices::Rounds() const

@@ -35,6 +35,11 @@ public:
     /// Makes every round take this long.
     void SetRoundMs(int nMs);
 
+    /// Makes the pause after every round this long, 5 ms at first.
+    void SetPauseMs(int nMs);
+    /// From the next round on there are this many network cameras more, others in each round.
+    void SetInventing(int nCameras);
+
     int Rounds() const;
     /// The transports that the last round asked for.
     unsigned int Transports() const;
