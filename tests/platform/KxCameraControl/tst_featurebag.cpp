@@ -37,6 +37,8 @@ private Q_SLOTS:
     void cleanup();
     void Save_SelectedFeature_IsThereOncePerEntry();
     void Save_Selector_HasItsOwnValueAfterwards();
+    void Save_IntegerSelector_HasEachOfItsValues_data();
+    void Save_IntegerSelector_HasEachOfItsValues();
     void Load_WhatWasSaved_RestoresEveryEntry();
     void Load_ValueThatWaitsForALaterLine_IsSetInTheEnd();
     void Load_RefusedValue_OthersAreSet();
@@ -92,6 +94,39 @@ void tst_FeatureBag::Save_Selector_HasItsOwnValueAfterwards()
     memory_device_put(m_pDevice, 0x100, 0);
     QCOMPARE(m_bag->Save(lines), KX_CC_OK);
     QCOMPARE(memory_device_get(m_pDevice, 0x100), 0U);
+}
+
+void tst_FeatureBag::Save_IntegerSelector_HasEachOfItsValues_data()
+{
+    QTest::addColumn<QByteArray>("maximum");
+    QTest::addColumn<int>("count");
+    QTest::newRow("three") << QByteArray("1002") << 3;
+    QTest::newRow("256") << QByteArray("1255") << 256;
+    QTest::newRow("more, which are cut off") << QByteArray("9000") << 256;
+}
+
+void tst_FeatureBag::Save_IntegerSelector_HasEachOfItsValues()
+{
+    QFETCH(QByteArray, maximum);
+    const std::string strText = QByteArray(R"(<RegisterDescription><Port Name="Device"/>
+<Integer Name="Index"><Value>1001</Value><Min>1000</Min><Max>MAX</Max><pSelected>Entry</pSelected></Integer>
+<Integer Name="Entry"><Streamable>Yes</Streamable><pValue>EntryReg</pValue></Integer>
+<IntReg Name="EntryReg"><Address>0x200</Address><Length>4</Length><AccessMode>RW</AccessMode>
+ <pPort>Device</pPort></IntReg></RegisterDescription>)")
+                                    .replace("MAX", maximum)
+                                    .toStdString();
+    ArvGc *pGenICam = MakeGenICam(ARV_DEVICE(m_pDevice), strText);
+    std::vector<FeatureLine> lines;
+    int nCode = KX_CC_E_SESSION;
+    {
+        FeatureAccess access(pGenICam);
+        nCode = FeatureBag(pGenICam, access, [] { return KX_CC_OK; }).Save(lines);
+    }
+    g_object_unref(pGenICam);
+    QCOMPARE(nCode, KX_CC_OK);
+    QTEST(static_cast<int>(lines.size() / 2), "count"); // and its own value at the end
+    QCOMPARE(lines.front().strValue, std::string("1000"));
+    QCOMPARE(lines.back().strValue, std::string("1001"));
 }
 
 void tst_FeatureBag::Load_WhatWasSaved_RestoresEveryEntry()

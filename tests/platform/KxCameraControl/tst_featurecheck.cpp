@@ -24,6 +24,9 @@ private slots:
     void GetInt_UnusualButSound_HasItsValue();
     void GetFloat_FormulaHasNoValue_IsBroken();
     void GetEnum_EntryWithoutNumber_CannotBeChosen();
+    void GetBool_TextForANumber_IsFalseOrBroken();
+    void Set_LimitsOfAConverter_AreThoseBelow_data();
+    void Set_LimitsOfAConverter_AreThoseBelow();
     void Get_SixtyThousandFeaturesInAChain_IsBounded();
 
 private:
@@ -193,14 +196,32 @@ const SoundCase kSound[] = {
     {"unsigned limit of 64 bits", "<Integer Name='@'><Value>5</Value><Max>0xFFFFFFFFFFFFFFFF</Max></Integer>",
      5},
     {"computed length",
-     "<IntReg Name='@'><Address>0x10000</Address><pLength>@L</pLength>" PORT "</IntReg><Integer Name='@L'>"
-     "<Value>8</Value></Integer>",
-     0},
+     "<IntReg Name='@'><Address>0x100000</Address><pLength>@L</pLength>" PORT
+     "<Endianess>BigEndian</Endianess></IntReg><Integer Name='@L'><Value>4</Value></Integer>",
+     0x3C3F786D},
     {"computed offset",
      "<IntReg Name='@'><Address>0xFFFFF</Address><pIndex pOffset='One'>One</pIndex>" REGISTER
      "<Endianess>BigEndian</Endianess></IntReg>",
      0x3C3F786D},
 };
+
+/// Over a number of the description's own, which an import does not write to the camera.
+const char *const kConverters = R"(
+<Integer Name="From2"><Value>5</Value><Min>2</Min></Integer>
+<Integer Name="To10"><Value>5</Value><Max>10</Max></Integer>
+<Integer Name="From2To10"><Value>5</Value><Min>2</Min><Max>10</Max></Integer>
+<IntConverter Name="RisesFrom"><FormulaTo>FROM - 1</FormulaTo><FormulaFrom>TO + 1</FormulaFrom>
+ <pValue>From2</pValue></IntConverter>
+<IntConverter Name="FallsFrom"><FormulaTo>100 - FROM</FormulaTo><FormulaFrom>100 - TO</FormulaFrom>
+ <pValue>From2</pValue></IntConverter>
+<IntConverter Name="RisesTo"><FormulaTo>FROM - 1</FormulaTo><FormulaFrom>TO + 1</FormulaFrom>
+ <pValue>To10</pValue></IntConverter>
+<IntConverter Name="FallsTo"><FormulaTo>100 - FROM</FormulaTo><FormulaFrom>100 - TO</FormulaFrom>
+ <pValue>To10</pValue></IntConverter>
+<IntConverter Name="Between"><FormulaTo>100 - FROM</FormulaTo><FormulaFrom>100 - TO</FormulaFrom>
+ <pValue>From2To10</pValue></IntConverter>
+<Boolean Name="False"><Value>false</Value></Boolean><Boolean Name="True"><Value>true</Value></Boolean>
+)";
 
 QByteArray Feature(const char *szXml, const QByteArray &name)
 {
@@ -245,7 +266,7 @@ void tst_FeatureCheck::initTestCase()
         description += Feature(unwritable.szFeature, NameOf("Unwritable", nRow++));
     for (const SoundCase &sound : kSound)
         description += Feature(sound.szFeature, NameOf("Sound", nRow++));
-    description += Doubling() + Chain(60000) +
+    description += Doubling() + Chain(60000) + kConverters +
                    "<SwissKnife Name='Real'><pVariable Name='Z'>Zero</pVariable><Formula>1.0 / Z</Formula>"
                    "</SwissKnife><Converter Name='Log'><FormulaTo>LN(FROM)</FormulaTo><FormulaFrom>LN(TO)"
                    "</FormulaFrom><pValue>Reg</pValue></Converter><Float Name='Empty'><Unit>s</Unit></Float>"
@@ -333,6 +354,45 @@ void tst_FeatureCheck::GetEnum_EntryWithoutNumber_CannotBeChosen()
 {
     QCOMPARE(KX_CC_SetEnumValue(m_pCamera->Handle(), "Choice", 0), KX_CC_E_FEATURE_BROKEN);
     QCOMPARE(m_pScripted->Writes(), 0);
+}
+
+void tst_FeatureCheck::GetBool_TextForANumber_IsFalseOrBroken()
+{
+    bool bValue = true;
+    QCOMPARE(KX_CC_GetBoolValue(m_pCamera->Handle(), "False", &bValue), KX_CC_OK);
+    QVERIFY(!bValue);
+    QCOMPARE(KX_CC_GetBoolValue(m_pCamera->Handle(), "True", &bValue), KX_CC_E_FEATURE_BROKEN);
+}
+
+void tst_FeatureCheck::Set_LimitsOfAConverter_AreThoseBelow_data()
+{
+    QTest::addColumn<QByteArray>("feature");
+    QTest::addColumn<uint32_t>("value");
+    QTest::addColumn<int>("code");
+    const auto row = [](const char *szName, const char *szFeature, uint32_t nValue, int nCode) {
+        QTest::newRow(szName) << QByteArray(szFeature) << nValue << nCode;
+    };
+    row("rising, at the minimum", "RisesFrom", 3, KX_CC_OK);
+    row("rising, below the minimum", "RisesFrom", 2, KX_CC_E_FEATURE_VALUE);
+    row("rising, far above", "RisesFrom", 2000000000, KX_CC_OK);
+    row("falling, at the maximum", "FallsFrom", 98, KX_CC_OK);
+    row("falling, above the maximum", "FallsFrom", 99, KX_CC_E_FEATURE_VALUE);
+    row("falling, far below", "FallsFrom", 0, KX_CC_OK);
+    row("rising, at the only maximum", "RisesTo", 11, KX_CC_OK);
+    row("rising, above the only maximum", "RisesTo", 12, KX_CC_E_FEATURE_VALUE);
+    row("falling, at the only minimum", "FallsTo", 90, KX_CC_OK);
+    row("falling, below the only minimum", "FallsTo", 89, KX_CC_E_FEATURE_VALUE);
+    row("falling between two, at the minimum", "Between", 90, KX_CC_OK);
+    row("falling between two, below", "Between", 89, KX_CC_E_FEATURE_VALUE);
+    row("falling between two, at the maximum", "Between", 98, KX_CC_OK);
+    row("falling between two, above", "Between", 99, KX_CC_E_FEATURE_VALUE);
+}
+
+void tst_FeatureCheck::Set_LimitsOfAConverter_AreThoseBelow()
+{
+    QFETCH(QByteArray, feature);
+    QFETCH(uint32_t, value);
+    QTEST(m_pCamera->Set(feature.constData(), value), "code");
 }
 
 void tst_FeatureCheck::Get_SixtyThousandFeaturesInAChain_IsBounded()
