@@ -13,4 +13,5 @@ set(PROJECT_SHARE_INSTALL_DIRECTORY ${CMAKE_INSTALL_DATADIR}/${PROJECT_SHARE_NAM
 # Programs and libraries find each other after the tree was moved: bin/ and libexec/ look into ../lib.
 set(CMAKE_INSTALL_LIBDIR lib)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib;$ORIGIN")
-set(CMAKE_BUILD_RPATH "$ORIGIN/../lib;$ORIGIN")
+# The same paths while building: CMake pads others with ':', an empty entry, which is the working directory.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
