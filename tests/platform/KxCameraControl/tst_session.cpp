@@ -159,7 +159,7 @@ void tst_Session::Call_HelperHangsUpAndLives_IsEnded()
 
 void tst_Session::Call_HelperComputesBeyondTheDeadline_IsGrantedIt()
 {
-    const ScriptedHandle handle("work 3400");
+    const ScriptedHandle handle("work 3100");
     QCOMPARE(handle.Get(), KX_CC_OK);
 }
 
@@ -190,7 +190,11 @@ void tst_Session::Close_HelperDoesNotEnd_IsKilled()
 
 void tst_Session::Open_StrangeSurroundings_AreKeptFromTheHelper()
 {
-    const int nInherited = dup(STDOUT_FILENO); // not closed by exec
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    const int nInherited = dup(file.handle()); // not closed by exec
+    const int nStandardInput = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
+    dup2(file.handle(), STDIN_FILENO);
     const auto before = signal(SIGTERM, SIG_IGN);
     sigset_t term;
     sigemptyset(&term);
@@ -204,6 +208,8 @@ void tst_Session::Open_StrangeSurroundings_AreKeptFromTheHelper()
     pthread_sigmask(SIG_UNBLOCK, &term, nullptr);
     signal(SIGTERM, before);
     close(nInherited);
+    dup2(nStandardInput, STDIN_FILENO);
+    close(nStandardInput);
     QCOMPARE(nValue, 42U);
 }
 
