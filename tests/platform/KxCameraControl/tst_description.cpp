@@ -173,6 +173,8 @@ void tst_Description::Judge_data()
     row("tags in a processing instruction", "<?p <a><a> ?><R/>", V::Good);
     row("ends inside a tag", "<R><a", V::NotWellFormed);
     row("ends inside a comment", "<R><!-- ", V::NotWellFormed);
+    row("ends inside a comment behind the root", "<R/><!-- ", V::NotWellFormed);
+    row("closed before it is opened", "</R><R>", V::NotWellFormed);
     row("never closed", "<R><a></a>", V::NotWellFormed);
     row("closed too often", "<R></R></R>", V::NotWellFormed);
     row("a lone bracket", "<", V::NotWellFormed);
