@@ -20,6 +20,7 @@ private slots:
     void Select_SeveralLists_TakesTheUnionOnce();
     void Select_NamesNotFound_AreMissing();
     void Select_ModelMustBeEqual_NotSimilar();
+    void FindChosenCameras_SilentAddresses_AreAskedSideBySide();
 };
 
 static QVector<Camera> ThreeCameras()
@@ -145,6 +146,20 @@ void tst_CameraFinder::Select_ModelMustBeEqual_NotSimilar()
     CameraChoice choice;
     choice.models = QStringList("m1");
     QVERIFY(SelectCameras(ThreeCameras(), choice).cameras.isEmpty());
+}
+
+void tst_CameraFinder::FindChosenCameras_SilentAddresses_AreAskedSideBySide()
+{
+    CameraChoice choice;
+    for (int i = 1; i <= 40; ++i) {
+        choice.addresses << QString("127.50.24.%1").arg(i);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const FoundCameras found = FindChosenCameras(choice, 300);
+    QVERIFY2(timer.elapsed() < 6000, qPrintable(QString::number(timer.elapsed()))); // 12 s one by one
+    QCOMPARE(found.missing.size(), 40);
+    QCOMPARE(found.missing.last(), QString("address 127.50.24.40"));
 }
 
 QTEST_GUILESS_MAIN(tst_CameraFinder)
