@@ -29,10 +29,11 @@ bool SendAll(int socket, const QByteArray &bytes)
 {
     int done = 0;
     while (done < bytes.size()) {
-        const ssize_t sent = ::send(socket, bytes.constData() + done,
-                                    static_cast<std::size_t>(bytes.size() - done), MSG_NOSIGNAL);
+        const ssize_t sent =
+            ::send(socket, bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done),
+                   MSG_NOSIGNAL | MSG_DONTWAIT);
         if (sent <= 0)
-            return false; // a client that does not take its answers is no client
+            return false; // a client that does not take its answers is no client, and no reason to wait
         done += static_cast<int>(sent);
     }
     return true;
