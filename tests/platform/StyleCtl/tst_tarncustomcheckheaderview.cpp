@@ -254,6 +254,8 @@ void tst_TarnCustomCheckHeaderView::Construct_ParentAlone_IsHorizontalWithoutBox
     QCOMPARE(header.orientation(), Qt::Horizontal);
     QCOMPARE(header.parentWidget(), static_cast<QWidget *>(m_pTable));
     QCOMPARE(header.checkBoxSection(), -1);
+    QVERIFY(!header.highlightSections());
+    QVERIFY(header.accessibleDescription().contains("selects all rows"));
 }
 
 QTEST_MAIN(tst_TarnCustomCheckHeaderView)
