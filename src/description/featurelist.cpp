@@ -9,7 +9,7 @@
 
 #include "featureselector.h"
 #include "worker/workerlog.h"
-#include "worker/xmlguard.h"
+#include "xml/xmlguard.h"
 
 namespace {
 

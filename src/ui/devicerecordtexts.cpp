@@ -1,7 +1,7 @@
 #include "devicerecordtexts.h"
 
 #include <ToolBase/lumointerface.h>
-#include <worker/cameraidentity.h>
+#include <featurefile/cameraidentity.h>
 
 DeviceTexts TextsOfDevice(const _STRUCT_DEVICE_INFO_ &stDeviceInfo)
 {

@@ -4,7 +4,7 @@
 #include <KxCameraControl/kxcameracontrol.h>
 #include <ToolBase/lumointerface.h>
 
-#include "cameraidentity.h"
+#include "featurefile/cameraidentity.h"
 
 namespace {
 

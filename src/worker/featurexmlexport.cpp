@@ -5,10 +5,9 @@
 #include <KxCameraControl/kxcameracontrol.h>
 
 #include "description/directtext.h"
-
-#include "cameraidentity.h"
-#include "featurefileoutput.h"
-#include "featurefilewriter.h"
+#include "featurefile/cameraidentity.h"
+#include "featurefile/featurefileoutput.h"
+#include "featurefile/featurefilewriter.h"
 
 namespace {
 

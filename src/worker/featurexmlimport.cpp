@@ -4,8 +4,8 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 
-#include "cameraidentity.h"
-#include "featurefilereader.h"
+#include "featurefile/cameraidentity.h"
+#include "featurefile/featurefilereader.h"
 
 namespace {
 

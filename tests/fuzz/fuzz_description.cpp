@@ -10,9 +10,9 @@
 #include <description/directtext.h>
 #include <description/featureselector.h>
 #include <description/pointergraph.h>
-#include <worker/featurefilereader.h>
+#include <featurefile/featurefilereader.h>
 #include <worker/qoperatethread.h>
-#include <worker/xmlguard.h>
+#include <xml/xmlguard.h>
 
 #include "check.h"
 #include "domdepth.h"

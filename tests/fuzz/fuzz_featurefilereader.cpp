@@ -1,9 +1,9 @@
 // A feature file from anywhere: bytes, text, guard, document, records.
 #include <QVector>
 
-#include <worker/featurefilereader.h>
-#include <worker/featurefilewriter.h>
-#include <worker/xmlguard.h>
+#include <featurefile/featurefilereader.h>
+#include <featurefile/featurefilewriter.h>
+#include <xml/xmlguard.h>
 
 #include "check.h"
 #include "domdepth.h"

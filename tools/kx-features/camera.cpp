@@ -2,7 +2,7 @@
 
 #include <ToolBase/lumointerface.h>
 
-#include <worker/cameraidentity.h>
+#include <featurefile/cameraidentity.h>
 
 namespace {
 

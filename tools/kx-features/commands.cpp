@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include <worker/featurefileoutput.h>
+#include <featurefile/featurefileoutput.h>
 
 #include "batch.h"
 #include "camerafinder.h"

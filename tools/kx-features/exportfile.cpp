@@ -4,8 +4,8 @@
 #include <QFileInfo>
 #include <QHash>
 
-#include <worker/cameraidentity.h>
-#include <worker/featurefilewriter.h>
+#include <featurefile/cameraidentity.h>
+#include <featurefile/featurefilewriter.h>
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
-#include <worker/featurefilereader.h>
+#include <featurefile/featurefilereader.h>
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
-#include <worker/featurefilereader.h>
+#include <featurefile/featurefilereader.h>
 
 #include "faultbatch.h"
 

@@ -6,7 +6,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include <worker/featurefilereader.h>
+#include <featurefile/featurefilereader.h>
 
 #include "importfile.h"
 

@@ -1,5 +1,5 @@
-#ifndef WORKER_XMLGUARD_H
-#define WORKER_XMLGUARD_H
+#ifndef XML_XMLGUARD_H
+#define XML_XMLGUARD_H
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include <QDomDocument>
 #include <QtTest>
 
-#include <worker/xmlguard.h>
+#include <xml/xmlguard.h>
 
 class tst_XmlGuard : public QObject
 {

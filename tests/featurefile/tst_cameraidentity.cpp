@@ -1,8 +1,8 @@
 #include <QtTest>
 
-#include <worker/cameraidentity.h>
+#include <featurefile/cameraidentity.h>
 
-#include "workerundertest.h"
+#include "camerarecord.h"
 
 using CameraIdentity::Reading;
 

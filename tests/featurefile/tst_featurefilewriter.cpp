@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include <worker/featurefilewriter.h>
+#include <featurefile/featurefilewriter.h>
 
 class tst_FeatureFileWriter : public QObject
 {

@@ -1,6 +1,6 @@
 #include <QtTest>
 
-#include <worker/featurefileoutput.h>
+#include <featurefile/featurefileoutput.h>
 
 #include <algorithm>
 #include <cerrno>

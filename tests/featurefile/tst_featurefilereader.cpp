@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
-#include <worker/featurefilereader.h>
-#include <worker/xmlguard.h>
+#include <featurefile/featurefilereader.h>
+#include <xml/xmlguard.h>
 
 using FeatureFile::Pass;
 using FeatureFile::Record;

@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QThread>
 
-#include "xmlguard.h"
+#include "xml/xmlguard.h"
 
 QString FeatureFile::ReadText(const QString &strPath)
 {
