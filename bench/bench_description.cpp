@@ -1,39 +1,28 @@
-// How long the analysis of a description takes, beside what the DOM takes to parse the same text.
+// How long the analysis of a description takes, beside what it takes to judge and parse the same text.
 //
 // bench_description [--benchmark_...] [DIRECTORY]
 //
 // DIRECTORY, else the environment variable PROJECT_DESCRIPTIONS_DIR, else the one configured, holds the
 // descriptions, *.xml.
 #include <QDir>
-#include <QDomDocument>
 #include <QFile>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 
-#include <worker/qoperatethread.h>
+#include <description/featurelist.h>
 
 namespace {
 
-/// The steps of the analysis that follow the parsing.
-class Analysis : public QOperateThread
+/// A description with what its analysis finds.
+struct Analysed
 {
-public:
-    void Run(QDomElement root)
-    {
-        m_mapDomElement.clear();
-        m_mapFeatureInvalidator.clear();
-        m_mapFeatureXml.clear();
-        GenerateDomElementMap(root);
-        GenerateFeaturesInvalidatorMap(root);
-        for (const QString &strName : GetFeatureInvalidatorList(QStringLiteral("UserSetLoad"))) {
-            QDomElement element;
-            if (GetDomElementNode(strName, element))
-                m_mapFeatureXml.insert(strName, element);
-        }
-        benchmark::DoNotOptimize(m_mapFeatureXml.size());
-    }
+    QDomDocument document;
+    ElementMap elements;
+    InvalidatorLists invalidators;
+    ElementMap features;
+    FeatureList list{&document, &elements, &invalidators, &features};
 };
 
 QString Text(const QString &strPath)
@@ -45,23 +34,24 @@ QString Text(const QString &strPath)
 void Parse(benchmark::State &state, const QString &strPath)
 {
     const QString strText = Text(strPath);
+    Analysed analysed;
     while (state.KeepRunning()) {
-        QDomDocument document;
-        benchmark::DoNotOptimize(document.setContent(strText));
+        benchmark::DoNotOptimize(analysed.list.Parse(strText));
         state.PauseTiming(); // without freeing the tree
-        document.clear();
+        analysed.document.clear();
         state.ResumeTiming();
     }
 }
 
 void Analyse(benchmark::State &state, const QString &strPath)
 {
-    QDomDocument document;
-    if (!document.setContent(Text(strPath)))
-        return state.SkipWithError("not well-formed");
-    Analysis analysis;
-    while (state.KeepRunning())
-        analysis.Run(document.documentElement());
+    Analysed analysed;
+    if (!analysed.list.Parse(Text(strPath)))
+        return state.SkipWithError("cannot be parsed");
+    while (state.KeepRunning()) {
+        analysed.list.Analyse();
+        benchmark::DoNotOptimize(analysed.features.size());
+    }
 }
 
 QDir Folder(int argc, char **argv)

@@ -1,7 +1,11 @@
-// The description's nodes by name: how a pointer's text leads to the element that declares the node.
-#include "worker/qoperatethread.h"
+#include "elementindex.h"
 
-void QOperateThread::GenerateDomElementMap(QDomElement &element)
+ElementIndex::ElementIndex(ElementMap *pElements)
+    : m_pElements(pElements)
+{
+}
+
+void ElementIndex::AddBelow(const QDomElement &element)
 {
     static const QString strNameAttribute = QStringLiteral("Name");
     for (QDomElement child = element.firstChildElement(); !child.isNull();
@@ -11,16 +15,16 @@ void QOperateThread::GenerateDomElementMap(QDomElement &element)
             continue;
         const QString strName = child.attribute(strNameAttribute);
         if (!strName.isEmpty())
-            m_mapDomElement.insert(strName, child);
-        GenerateDomElementMap(child);
+            m_pElements->insert(strName, child);
+        AddBelow(child);
     }
 }
 
-bool QOperateThread::GetDomElementNode(const QString &strName, QDomElement &element)
+bool ElementIndex::Find(const QString &strName, QDomElement *pElement) const
 {
-    const auto it = m_mapDomElement.constFind(strName);
-    if (it == m_mapDomElement.constEnd())
+    const auto it = m_pElements->constFind(strName);
+    if (it == m_pElements->constEnd())
         return false;
-    element = it.value();
-    return !element.isNull();
+    *pElement = it.value();
+    return !pElement->isNull();
 }

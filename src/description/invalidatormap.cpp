@@ -1,11 +1,6 @@
-// What invalidates each value feature, as far as the pointers that make up its value tell.
-#include "worker/qoperatethread.h"
-
-#include <QScopedValueRollback>
+#include "invalidatormap.h"
 
 #include "directtext.h"
-#include "featureselector.h"
-#include "pointergraph.h"
 
 namespace {
 
@@ -18,23 +13,21 @@ bool IsValueFeature(const QString &strTag)
 
 } // namespace
 
-void QOperateThread::GenerateFeaturesInvalidatorMap(QDomElement &element)
+InvalidatorMap::InvalidatorMap(const ElementMap &elements, const QString &strNeeded, InvalidatorLists *pLists)
+    : m_graph(elements, strNeeded)
+    , m_pLists(pLists)
 {
-    if (element.isNull())
-        return;
-    if (!m_pPointerGraph) {
-        // The outermost call: one graph serves all features below.
-        PointerGraph graph(m_mapDomElement, QLatin1String(kUserSetCommand));
-        const QScopedValueRollback<PointerGraph *> rollback(m_pPointerGraph, &graph);
-        return GenerateFeaturesInvalidatorMap(element);
-    }
-    if (IsValueFeature(element.tagName()))
-        InsertFeatureInvalidator(element);
-    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
-        GenerateFeaturesInvalidatorMap(child);
 }
 
-void QOperateThread::InsertFeatureInvalidator(QDomElement &feature)
+void InvalidatorMap::AddFeaturesAt(const QDomElement &element)
+{
+    if (IsValueFeature(element.tagName()))
+        AddFeature(element);
+    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
+        AddFeaturesAt(child);
+}
+
+void InvalidatorMap::AddFeature(const QDomElement &feature)
 {
     QList<QString> listInvalidator;
     QList<QString> listVariable;
@@ -46,18 +39,8 @@ void QOperateThread::InsertFeatureInvalidator(QDomElement &feature)
         if (role.bVariable)
             listVariable.append(DirectText(child));
         if (role.bFollowed)
-            GenerateInvalidatorListByProperty(DirectText(child), listInvalidator, listVariable);
+            m_graph.Walk(DirectText(child), &listInvalidator, &listVariable);
     }
     if (!listInvalidator.isEmpty())
-        m_mapFeatureInvalidator.insert(feature.attribute(QStringLiteral("Name")), listInvalidator);
-}
-
-void QOperateThread::GenerateInvalidatorListByProperty(const QString &strNodeName,
-                                                       QList<QString> &listInvalidator,
-                                                       QList<QString> &listVariable)
-{
-    if (m_pPointerGraph)
-        return m_pPointerGraph->Walk(strNodeName, &listInvalidator, &listVariable);
-    PointerGraph(m_mapDomElement, QLatin1String(kUserSetCommand))
-        .Walk(strNodeName, &listInvalidator, &listVariable);
+        m_pLists->insert(feature.attribute(QStringLiteral("Name")), listInvalidator);
 }

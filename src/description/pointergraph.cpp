@@ -24,8 +24,8 @@ PointerGraph::Role PointerGraph::RoleOf(const QString &strTag, At at)
     return {false, false, bFollowed};
 }
 
-PointerGraph::PointerGraph(const QMap<QString, QDomElement> &mapElement, const QString &strNeeded)
-    : m_mapElement(mapElement)
+PointerGraph::PointerGraph(const ElementMap &elements, const QString &strNeeded)
+    : m_elements(elements)
     , m_nNeeded(NameId(strNeeded))
 {
 }
@@ -125,7 +125,7 @@ void PointerGraph::Read(int nNode)
 {
     if (m_nodes.at(nNode).bRead)
         return;
-    const QDomElement element = m_mapElement.value(m_names.at(nNode)); // null for an unknown name
+    const QDomElement element = m_elements.value(m_names.at(nNode)); // null for an unknown name
     if (element.tagName() == QLatin1String("StructEntry") && m_nodes.at(nNode).nRegister < 0)
         ReadRegister(element.parentNode());
     const int nFirst = m_links.size();
@@ -157,7 +157,7 @@ void PointerGraph::ReadRegister(const QDomNode &structReg)
             reg.invalidators.append(nName);
         } else if (strTag == QLatin1String("StructEntry")) {
             const QString strName = child.attribute(QStringLiteral("Name"));
-            if (m_mapElement.value(strName) != child)
+            if (m_elements.value(strName) != child)
                 continue; // another element has the name
             Node &node = m_nodes[NameId(strName)];
             node.nRegister = m_registers.size();
@@ -178,7 +178,7 @@ bool PointerGraph::ListsNeeded(const Node &node) const
 /// Goes backwards from the nodes that list the needed name to all that lead there: every pointer once.
 void PointerGraph::FindNodesThatLeadToNeeded()
 {
-    for (auto it = m_mapElement.constBegin(); it != m_mapElement.constEnd(); ++it)
+    for (auto it = m_elements.constBegin(); it != m_elements.constEnd(); ++it)
         Read(NameId(it.key()));
     m_leadsToNeeded.fill(false, m_names.size());
     QVector<QVector<int>> pointedToBy(m_names.size());

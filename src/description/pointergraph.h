@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVector>
 
+#include "elementindex.h"
+
 /// The pointers of a GenICam description, for collecting what is met on the walk along them.
 ///
 /// A walk starts at a node and meets the texts of its children in document order: pInvalidator is listed;
@@ -47,9 +49,9 @@ public:
     };
     static Role RoleOf(const QString &strTag, At at);
 
-    /// @param mapElement  the element index
-    /// @param strNeeded   the name that is listed even beyond all bounds
-    PointerGraph(const QMap<QString, QDomElement> &mapElement, const QString &strNeeded);
+    /// @param elements   the element index
+    /// @param strNeeded  the name that is listed even beyond all bounds
+    PointerGraph(const ElementMap &elements, const QString &strNeeded);
 
     /// Appends what the walk from the node lists, and what it meets as pVariable, to the two lists.
     void Walk(const QString &strNode, QList<QString> *pListed, QList<QString> *pVariables);
@@ -100,7 +102,7 @@ private:
     bool ListsNeeded(const Node &node) const;
     void FindNodesThatLeadToNeeded();
 
-    const QMap<QString, QDomElement> &m_mapElement;
+    const ElementMap &m_elements;
     QMap<QString, int> m_ids; // no hash: a camera could choose names that share one
     QVector<QString> m_names;
     QVector<Node> m_nodes; // by name, like the next three

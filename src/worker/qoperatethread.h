@@ -10,8 +10,6 @@
 
 #include <DevListMgr/structdeviceinfo.h>
 
-class PointerGraph;
-
 /// Carries out one import or one export for one camera, in a thread of its own.
 ///
 /// Made and set up in the main thread, then started; until finished() no other thread may touch it. The
@@ -47,8 +45,8 @@ public:
     /// Sets up an export of the camera's features into the directory strFilePath. Not while the thread runs.
     void SetExportThreadInfo(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, QString strFilePath);
 
-    /// Whether the last export put its whole file on the disk, which no signal tells: an export to a disk that
-    /// is full sends no failure. Not while the thread runs.
+    /// Whether the last export put its whole file on the disk, which no signal tells: an export to a disk
+    /// that is full sends no failure. Not while the thread runs.
     bool IsFileWritten() const { return m_bFileWritten; }
 
 signals:
@@ -84,7 +82,8 @@ protected:
     void FeatureXmlImport();
     void FeatureXmlExport();
 
-    // ---- Description analysis (src/description) ------------------------------------------------------
+    // ---- Description analysis (descriptionfetch.cpp, descriptionanalysis.cpp) -------------------------
+    // The rules are those of src/description; what is here applies them to the members below.
 
     /// Adds the named elements below element to m_mapDomElement, enumeration entries and what is inside
     /// them left out. The last element of a name wins.
@@ -134,8 +133,7 @@ private:
     /// Reports a failure: the log entry, then the message.
     void Fail(const char *szFunction, const QString &strLogText, const QString &strMessage);
 
-    bool m_bFileWritten = false;             // by the last export
-    PointerGraph *m_pPointerGraph = nullptr; // borrowed; set while the invalidator map is being built
+    bool m_bFileWritten = false; // by the last export
 };
 
 #endif

@@ -1,29 +1,28 @@
+#include <QDomDocument>
 #include <QtTest>
 
-#include "workerundertest.h"
+#include <description/elementindex.h>
+#include <description/invalidatormap.h>
 
 class tst_InvalidatorMap : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt_data();
-    void GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt();
-    void GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_data();
-    void GenerateFeaturesInvalidatorMap_Feature_ListsInOrder();
-    void GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry_data();
-    void GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry();
-    void GenerateFeaturesInvalidatorMap_FeatureInsideEnumEntryAndFeature_GetsEntries();
-    void GenerateFeaturesInvalidatorMap_NameTwice_LastFeatureWins();
-    void GenerateFeaturesInvalidatorMap_SecondFeatureOfNameListsNothing_FirstStays();
-    void GenerateFeaturesInvalidatorMap_NullElement_AddsNothing();
-    void GenerateInvalidatorListByProperty_Variables_AreGivenToo();
-    void GenerateInvalidatorListByProperty_FilledLists_AreAppendedTo();
+    void AddFeaturesAt_PointerToInvalidator_ListsIt_data();
+    void AddFeaturesAt_PointerToInvalidator_ListsIt();
+    void AddFeaturesAt_Feature_ListsInOrder_data();
+    void AddFeaturesAt_Feature_ListsInOrder();
+    void AddFeaturesAt_FeatureTag_DecidesWhoGetsAnEntry_data();
+    void AddFeaturesAt_FeatureTag_DecidesWhoGetsAnEntry();
+    void AddFeaturesAt_FeatureInsideEnumEntryAndFeature_GetsEntries();
+    void AddFeaturesAt_NameTwice_LastFeatureWins();
+    void AddFeaturesAt_SecondFeatureOfNameListsNothing_FirstStays();
+    void AddFeaturesAt_NullElement_AddsNothing();
+    void AddFeature_OtherTagAndOldEntry_IsAddedAndReplaced();
 
 private:
-    using Map = QMap<QString, QList<QString>>;
-    static void Build(WorkerUnderTest *pWorker, const QString &strNodes);
-    static Map MapOf(const QString &strNodes);
+    static InvalidatorLists MapOf(const QString &strNodes);
     static const QString s_strTail;
 };
 
@@ -32,22 +31,18 @@ const QString tst_InvalidatorMap::s_strTail =
     QStringLiteral("<Register Name='R'><pInvalidator>I</pInvalidator></Register>"
                    "<SwissKnife Name='D'><pValue>R</pValue></SwissKnife>");
 
-void tst_InvalidatorMap::Build(WorkerUnderTest *pWorker, const QString &strNodes)
+InvalidatorLists tst_InvalidatorMap::MapOf(const QString &strNodes)
 {
-    QVERIFY(pWorker->m_domDocument.setContent(QStringLiteral("<Root>%1</Root>").arg(strNodes)));
-    QDomElement root = pWorker->m_domDocument.documentElement();
-    pWorker->GenerateDomElementMap(root);
-    pWorker->GenerateFeaturesInvalidatorMap(root);
+    QDomDocument document;
+    [&] { QVERIFY(document.setContent(QStringLiteral("<Root>%1</Root>").arg(strNodes))); }();
+    ElementMap elements;
+    ElementIndex(&elements).AddBelow(document.documentElement());
+    InvalidatorLists lists;
+    InvalidatorMap(elements, QString(), &lists).AddFeaturesAt(document.documentElement());
+    return lists;
 }
 
-tst_InvalidatorMap::Map tst_InvalidatorMap::MapOf(const QString &strNodes)
-{
-    WorkerUnderTest worker;
-    Build(&worker, strNodes);
-    return worker.m_mapFeatureInvalidator;
-}
-
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt_data()
+void tst_InvalidatorMap::AddFeaturesAt_PointerToInvalidator_ListsIt_data()
 {
     QTest::addColumn<QString>("first");
     QTest::addColumn<QStringList>("nodeLists");
@@ -56,22 +51,23 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_PointerToInvalidator_Lis
     QTest::newRow("pValue lists its target from the second level") << "pValue" << QStringList({"R", "I"});
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_PointerToInvalidator_ListsIt()
+void tst_InvalidatorMap::AddFeaturesAt_PointerToInvalidator_ListsIt()
 {
     QFETCH(QString, first);
     QFETCH(QStringList, nodeLists);
     const QString strPointer = QStringLiteral("<%1>R</%1>").arg(first);
 
-    const Map map = MapOf(s_strTail + QStringLiteral("<Integer Name='Direct'>%1</Integer>"
-                                                     "<Converter Name='C'>%1</Converter>"
-                                                     "<Integer Name='Indirect'><pMin>C</pMin></Integer>")
-                                          .arg(strPointer));
+    const InvalidatorLists map =
+        MapOf(s_strTail + QStringLiteral("<Integer Name='Direct'>%1</Integer>"
+                                         "<Converter Name='C'>%1</Converter>"
+                                         "<Integer Name='Indirect'><pMin>C</pMin></Integer>")
+                              .arg(strPointer));
 
     QCOMPARE(QStringList(map.value("Direct")), QStringList({"I"}));
     QCOMPARE(QStringList(map.value("Indirect")), nodeLists);
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_data()
+void tst_InvalidatorMap::AddFeaturesAt_Feature_ListsInOrder_data()
 {
     QTest::addColumn<QString>("children"); // of the Float F
     QTest::addColumn<QString>("others");
@@ -170,19 +166,20 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder_dat
         << QStringList({"A", "X"});
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_Feature_ListsInOrder()
+void tst_InvalidatorMap::AddFeaturesAt_Feature_ListsInOrder()
 {
     QFETCH(QString, children);
     QFETCH(QString, others);
     QFETCH(QStringList, listed);
 
-    const Map map = MapOf(s_strTail + others + QStringLiteral("<Float Name='F'>%1</Float>").arg(children));
+    const InvalidatorLists map =
+        MapOf(s_strTail + others + QStringLiteral("<Float Name='F'>%1</Float>").arg(children));
 
     QCOMPARE(QStringList(map.value("F")), listed);
     QCOMPARE(map.contains("F"), !listed.isEmpty());
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry_data()
+void tst_InvalidatorMap::AddFeaturesAt_FeatureTag_DecidesWhoGetsAnEntry_data()
 {
     QTest::addColumn<bool>("entered");
     for (const char *szTag : {"Enumeration", "Integer", "IntReg", "Boolean", "Float"})
@@ -192,7 +189,7 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGet
         QTest::newRow(szTag) << false;
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGetsAnEntry()
+void tst_InvalidatorMap::AddFeaturesAt_FeatureTag_DecidesWhoGetsAnEntry()
 {
     QFETCH(bool, entered);
     const QString strFeature = QStringLiteral("<%1 Name='F'><pValue>R</pValue></%1>")
@@ -200,64 +197,49 @@ void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureTag_DecidesWhoGet
     QCOMPARE(MapOf(s_strTail + strFeature).keys(), entered ? QStringList({"F"}) : QStringList());
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_FeatureInsideEnumEntryAndFeature_GetsEntries()
+void tst_InvalidatorMap::AddFeaturesAt_FeatureInsideEnumEntryAndFeature_GetsEntries()
 {
-    const Map map =
+    const InvalidatorLists map =
         MapOf(s_strTail + QStringLiteral("<Enumeration Name='E'><pValue>R</pValue><EnumEntry Name='On'>"
                                          "<Integer Name='In'><pValue>R</pValue></Integer></EnumEntry>"
                                          "</Enumeration>"));
     QCOMPARE(map.keys(), QStringList({"E", "In"}));
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_NameTwice_LastFeatureWins()
+void tst_InvalidatorMap::AddFeaturesAt_NameTwice_LastFeatureWins()
 {
-    const Map map = MapOf(s_strTail + QStringLiteral("<Integer Name='F'><pValue>D</pValue></Integer>"
-                                                     "<Float Name='F'><pValue>R</pValue></Float>"));
+    const InvalidatorLists map =
+        MapOf(s_strTail + QStringLiteral("<Integer Name='F'><pValue>D</pValue></Integer>"
+                                         "<Float Name='F'><pValue>R</pValue></Float>"));
     QCOMPARE(QStringList(map.value("F")), QStringList({"I"}));
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_SecondFeatureOfNameListsNothing_FirstStays()
+void tst_InvalidatorMap::AddFeaturesAt_SecondFeatureOfNameListsNothing_FirstStays()
 {
-    const Map map =
+    const InvalidatorLists map =
         MapOf(s_strTail + QStringLiteral("<Integer Name='F'><pValue>D</pValue></Integer><Float Name='F'/>"));
     QCOMPARE(QStringList(map.value("F")), QStringList({"R", "I"}));
 }
 
-void tst_InvalidatorMap::GenerateFeaturesInvalidatorMap_NullElement_AddsNothing()
+void tst_InvalidatorMap::AddFeaturesAt_NullElement_AddsNothing()
 {
-    WorkerUnderTest worker;
-    QDomElement element;
-    worker.GenerateFeaturesInvalidatorMap(element);
-    QVERIFY(worker.m_mapFeatureInvalidator.isEmpty());
+    InvalidatorLists lists;
+    InvalidatorMap(ElementMap(), QString(), &lists).AddFeaturesAt(QDomElement());
+    QVERIFY(lists.isEmpty());
 }
 
-void tst_InvalidatorMap::GenerateInvalidatorListByProperty_Variables_AreGivenToo()
+void tst_InvalidatorMap::AddFeature_OtherTagAndOldEntry_IsAddedAndReplaced()
 {
-    WorkerUnderTest worker;
-    Build(&worker,
-          s_strTail + QStringLiteral("<SwissKnife Name='K'><pVariable>V</pVariable><pValue>R</pValue>"
-                                     "<pMin>L</pMin></SwissKnife>"
-                                     "<SwissKnife Name='L'><pVariable>W</pVariable></SwissKnife>"));
-    QList<QString> listed;
-    QList<QString> variables;
+    QDomDocument document;
+    QVERIFY(document.setContent(QStringLiteral("<Root><Command Name='F'><pVariable>V</pVariable></Command>"
+                                               "<Integer Name='Inside'><pVariable>W</pVariable></Integer>"
+                                               "</Root>")));
+    InvalidatorLists lists({{"F", {"Old"}}});
 
-    worker.GenerateInvalidatorListByProperty(QStringLiteral("K"), listed, variables);
+    InvalidatorMap(ElementMap(), QString(), &lists)
+        .AddFeature(document.documentElement().firstChildElement());
 
-    QCOMPARE(QStringList(listed), QStringList({"V", "R", "I", "W"}));
-    QCOMPARE(QStringList(variables), QStringList({"V", "W"}));
-}
-
-void tst_InvalidatorMap::GenerateInvalidatorListByProperty_FilledLists_AreAppendedTo()
-{
-    WorkerUnderTest worker;
-    Build(&worker, s_strTail);
-    QList<QString> listed({"Before"});
-    QList<QString> variables({"Kept"});
-
-    worker.GenerateInvalidatorListByProperty(QStringLiteral("R"), listed, variables);
-
-    QCOMPARE(QStringList(listed), QStringList({"Before", "I"}));
-    QCOMPARE(QStringList(variables), QStringList({"Kept"}));
+    QCOMPARE(lists, InvalidatorLists({{"F", {"V"}}}));
 }
 
 QTEST_GUILESS_MAIN(tst_InvalidatorMap)

@@ -2,10 +2,11 @@
 
 #include <ctime>
 
+#include <description/featurelist.h>
+#include <description/featureselector.h>
 #include <description/pointergraph.h>
 
-#include "scriptedsdk.h"
-#include "workerundertest.h"
+#include "analysed.h"
 
 /// Descriptions whose number of paths, or length of paths, no recursion survives.
 class tst_PointerGraph : public QObject
@@ -21,7 +22,9 @@ private slots:
     void Walk_EverythingPointsToEverything_ListsEveryNameOnce();
     void Walk_RingOfFeatures_AllSelected();
     void Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt();
-    void GenerateFeatureXmlMap_NamesOfOneHash_TakeNoLonger();
+    void Walk_Variables_AreGivenToo();
+    void Walk_FilledLists_AreAppendedTo();
+    void Walk_NamesOfOneHash_TakeNoLonger();
 
 private:
     static QString Node(const QString &strName, const QString &strChildren)
@@ -34,8 +37,9 @@ private:
         return QStringLiteral("<%1>%2</%1>").arg(QString::fromLatin1(szTag), strTarget);
     }
     static QString Chain(int nNodes, const char *szTag, const QString &strLast);
-    static void Analyse(WorkerUnderTest *pWorker, const QString &strNodes);
-    static QStringList Below(WorkerUnderTest *pWorker, const QString &strNode);
+    static Analysed Analyse(const QString &strNodes);
+    static QStringList Below(const Analysed &analysed, const QString &strNode);
+    static QStringList Selected(const Analysed &analysed);
 };
 
 QString tst_PointerGraph::Chain(int nNodes, const char *szTag, const QString &strLast)
@@ -46,20 +50,24 @@ QString tst_PointerGraph::Chain(int nNodes, const char *szTag, const QString &st
     return strNodes + Node(Number(nNodes - 1), strLast);
 }
 
-void tst_PointerGraph::Analyse(WorkerUnderTest *pWorker, const QString &strNodes)
+Analysed tst_PointerGraph::Analyse(const QString &strNodes)
 {
-    QVERIFY(pWorker->m_domDocument.setContent(QStringLiteral("<R>") + strNodes + QStringLiteral("</R>")));
-    QDomElement root = pWorker->m_domDocument.documentElement();
-    pWorker->GenerateDomElementMap(root);
-    pWorker->GenerateFeaturesInvalidatorMap(root);
+    Analysed analysed;
+    [&] { QVERIFY(analysed.Generate(QStringLiteral("<R>") + strNodes + QStringLiteral("</R>"))); }();
+    return analysed;
 }
 
-QStringList tst_PointerGraph::Below(WorkerUnderTest *pWorker, const QString &strNode)
+QStringList tst_PointerGraph::Below(const Analysed &analysed, const QString &strNode)
 {
     QList<QString> listed;
     QList<QString> variables;
-    pWorker->GenerateInvalidatorListByProperty(strNode, listed, variables);
+    PointerGraph(analysed.elements, QLatin1String(kUserSetCommand)).Walk(strNode, &listed, &variables);
     return listed;
+}
+
+QStringList tst_PointerGraph::Selected(const Analysed &analysed)
+{
+    return FeatureSelector(analysed.invalidators).InvalidatedBy(QLatin1String(kUserSetCommand));
 }
 
 void tst_PointerGraph::Walk_DiamondOfFortyLevels_ListsEveryNameOnceInOrder()
@@ -72,12 +80,10 @@ void tst_PointerGraph::Walk_DiamondOfFortyLevels_ListsEveryNameOnceInOrder()
     }
     strNodes += Node(Number(40), Pointer("pInvalidator", QStringLiteral("UserSetLoad")));
     expected.append(QStringLiteral("UserSetLoad"));
-    WorkerUnderTest worker;
+    const Analysed analysed = Analyse(strNodes);
 
-    Analyse(&worker, strNodes);
-
-    QCOMPARE(Below(&worker, Number(0)), expected);
-    QCOMPARE(worker.GetFeatureInvalidatorList(QStringLiteral("UserSetLoad")).size(), 40);
+    QCOMPARE(Below(analysed, Number(0)), expected);
+    QCOMPARE(Selected(analysed).size(), 40);
 }
 
 void tst_PointerGraph::Walk_SmallDiamond_ListsEveryPath()
@@ -86,21 +92,19 @@ void tst_PointerGraph::Walk_SmallDiamond_ListsEveryPath()
     for (int i = 0; i < 8; ++i)
         strNodes += Node(Number(i), Pointer("pMin", Number(i + 1)) + Pointer("pMax", Number(i + 1)));
     strNodes += Node(Number(8), Pointer("pInvalidator", QStringLiteral("I")));
-    WorkerUnderTest worker;
+    const Analysed analysed = Analyse(strNodes);
 
-    Analyse(&worker, strNodes);
-
-    QCOMPARE(Below(&worker, Number(0)).size(), 256);
+    QCOMPARE(Below(analysed, Number(0)).size(), 256);
 }
 
 void tst_PointerGraph::Walk_ChainOfHundredThousandNodes_ListsAll()
 {
     const int nNodes = 100000;
-    WorkerUnderTest worker;
-    Analyse(&worker, Chain(nNodes, "pValue", Pointer("pInvalidator", QStringLiteral("UserSetLoad")))
-                         .replace(QStringLiteral("Integer"), QStringLiteral("Converter")));
+    const Analysed analysed =
+        Analyse(Chain(nNodes, "pValue", Pointer("pInvalidator", QStringLiteral("UserSetLoad")))
+                    .replace(QStringLiteral("Integer"), QStringLiteral("Converter")));
 
-    const QStringList listed = Below(&worker, Number(0));
+    const QStringList listed = Below(analysed, Number(0));
 
     QCOMPARE(listed.size(), nNodes);
     QCOMPARE(listed.first(), Number(1));
@@ -110,19 +114,18 @@ void tst_PointerGraph::Walk_ChainOfHundredThousandNodes_ListsAll()
 void tst_PointerGraph::Walk_ChainOfHundredThousandFeatures_AllSelected()
 {
     const int nNodes = 100000;
-    WorkerUnderTest worker;
-
-    Analyse(&worker, Chain(nNodes, "pMin", Pointer("pInvalidator", QStringLiteral("UserSetLoad"))));
+    const Analysed analysed =
+        Analyse(Chain(nNodes, "pMin", Pointer("pInvalidator", QStringLiteral("UserSetLoad"))));
 
     // The last one has no pointer to a node that lists the command.
-    QCOMPARE(worker.GetFeatureInvalidatorList(QStringLiteral("UserSetLoad")).size(), nNodes - 1);
+    QCOMPARE(Selected(analysed).size(), nNodes - 1);
 }
 
 void tst_PointerGraph::Walk_ChainOfHundredThousandFeaturesWithoutTheCommand_NoneSelected()
 {
-    WorkerUnderTest worker;
-    Analyse(&worker, Chain(100000, "pValue", Pointer("pInvalidator", QStringLiteral("Other"))));
-    QCOMPARE(worker.GetFeatureInvalidatorList(QStringLiteral("UserSetLoad")), QList<QString>());
+    const Analysed analysed =
+        Analyse(Chain(100000, "pValue", Pointer("pInvalidator", QStringLiteral("Other"))));
+    QCOMPARE(Selected(analysed), QStringList());
 }
 
 void tst_PointerGraph::Walk_EverythingPointsToEverything_ListsEveryNameOnce()
@@ -135,11 +138,9 @@ void tst_PointerGraph::Walk_EverythingPointsToEverything_ListsEveryNameOnce()
             strPointers += Pointer("pValue", Number(j));
         strNodes += Node(Number(i), strPointers);
     }
-    WorkerUnderTest worker;
+    const Analysed analysed = Analyse(strNodes);
 
-    Analyse(&worker, strNodes);
-
-    QStringList listed = Below(&worker, Number(3));
+    QStringList listed = Below(analysed, Number(3));
     QCOMPARE(listed.size(), nNodes);
     QCOMPARE(listed.removeDuplicates(), 0);
 }
@@ -147,13 +148,11 @@ void tst_PointerGraph::Walk_EverythingPointsToEverything_ListsEveryNameOnce()
 void tst_PointerGraph::Walk_RingOfFeatures_AllSelected()
 {
     const int nNodes = 3000; // beyond the bound of all walks together
-    WorkerUnderTest worker;
+    const Analysed analysed =
+        Analyse(Chain(nNodes, "pValue",
+                      Pointer("pInvalidator", QStringLiteral("UserSetLoad")) + Pointer("pMin", Number(0))));
 
-    Analyse(&worker,
-            Chain(nNodes, "pValue",
-                  Pointer("pInvalidator", QStringLiteral("UserSetLoad")) + Pointer("pMin", Number(0))));
-
-    QCOMPARE(worker.GetFeatureInvalidatorList(QStringLiteral("UserSetLoad")).size(), nNodes);
+    QCOMPARE(Selected(analysed).size(), nNodes);
 }
 
 void tst_PointerGraph::Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt()
@@ -167,18 +166,47 @@ void tst_PointerGraph::Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt()
             Pointer("pInvalidator", i == nEntries / 2 ? QStringLiteral("UserSetLoad") : QStringLiteral("X"));
         strFeatures += Node(QStringLiteral("F%1").arg(i), Pointer("pValue", Number(i)));
     }
-    WorkerUnderTest worker;
+    const Analysed analysed =
+        Analyse(QStringLiteral("<StructReg>%1</StructReg>%2").arg(strRegister, strFeatures));
 
-    Analyse(&worker, QStringLiteral("<StructReg>%1</StructReg>%2").arg(strRegister, strFeatures));
-
-    QStringList selected = worker.GetFeatureInvalidatorList(QStringLiteral("UserSetLoad"));
+    QStringList selected = Selected(analysed);
     QCOMPARE(selected.size(), nEntries / 2 - 1);
     QVERIFY(selected.contains(QStringLiteral("F%1").arg(nEntries / 2 + 1)));
     QVERIFY(!selected.contains(QStringLiteral("F%1").arg(nEntries / 2)));
 }
 
+void tst_PointerGraph::Walk_Variables_AreGivenToo()
+{
+    const Analysed analysed =
+        Analyse(Node(QStringLiteral("K"), Pointer("pVariable", QStringLiteral("V")) +
+                                              Pointer("pValue", QStringLiteral("R")) +
+                                              Pointer("pMin", QStringLiteral("L"))) +
+                Node(QStringLiteral("L"), Pointer("pVariable", QStringLiteral("W"))) +
+                Node(QStringLiteral("R"), Pointer("pInvalidator", QStringLiteral("I"))));
+    QList<QString> listed;
+    QList<QString> variables;
+
+    PointerGraph(analysed.elements, QString()).Walk(QStringLiteral("K"), &listed, &variables);
+
+    QCOMPARE(QStringList(listed), QStringList({"V", "R", "I", "W"}));
+    QCOMPARE(QStringList(variables), QStringList({"V", "W"}));
+}
+
+void tst_PointerGraph::Walk_FilledLists_AreAppendedTo()
+{
+    const Analysed analysed =
+        Analyse(Node(QStringLiteral("R"), Pointer("pInvalidator", QStringLiteral("I"))));
+    QList<QString> listed({"Before"});
+    QList<QString> variables({"Kept"});
+
+    PointerGraph(analysed.elements, QString()).Walk(QStringLiteral("R"), &listed, &variables);
+
+    QCOMPARE(QStringList(listed), QStringList({"Before", "I"}));
+    QCOMPARE(QStringList(variables), QStringList({"Kept"}));
+}
+
 /// A camera that knows the hash function can give names that all have one hash.
-void tst_PointerGraph::GenerateFeatureXmlMap_NamesOfOneHash_TakeNoLonger()
+void tst_PointerGraph::Walk_NamesOfOneHash_TakeNoLonger()
 {
     const int nNames = 1 << 15;
     QByteArray nodes("<Register Name='R'><pInvalidator>UserSetLoad</pInvalidator></Register>");
@@ -188,18 +216,14 @@ void tst_PointerGraph::GenerateFeatureXmlMap_NamesOfOneHash_TakeNoLonger()
             name += (i >> nBit & 1) != 0 ? "Aa" : "BB"; // 31 * 'A' + 'a' == 31 * 'B' + 'B'
         nodes += "<Float Name='" + name + "'><pMin>R</pMin><pMax>" + name + "</pMax></Float>";
     }
-    ScriptedSdk::Reset();
-    ScriptedSdk::SetDescription("<R>" + nodes + "</R>");
     const int nSeed = qGlobalQHashSeed();
     qSetGlobalQHashSeed(0);
-    WorkerUnderTest worker;
-    QVERIFY(worker.OpenDevice());
     const std::clock_t nStart = std::clock();
 
-    worker.GenerateFeatureXmlMap();
+    const Analysed analysed = Analyse(QString::fromLatin1(nodes));
 
     qSetGlobalQHashSeed(nSeed == 0 ? 0 : -1);
-    QCOMPARE(worker.m_mapFeatureXml.size(), nNames);
+    QCOMPARE(analysed.features.size(), nNames);
     // 0.5 s; comparing every name with every other one takes half a minute.
     const auto nSeconds = (std::clock() - nStart) / CLOCKS_PER_SEC;
     QVERIFY2(nSeconds < 8, qPrintable(QStringLiteral("%1 s of processor time").arg(nSeconds)));

@@ -15,8 +15,8 @@
 #include <xml/xmlguard.h>
 
 #include "check.h"
+#include "description/referencewalk.h"
 #include "domdepth.h"
-#include "referencewalk.h"
 
 namespace {
 
@@ -65,16 +65,11 @@ QVector<QDomElement> ValueFeaturesBelow(const QDomElement &element)
     return features;
 }
 
-bool IsFollowed(const QDomElement &child)
-{
-    return child.tagName() == QLatin1String("pValue") || ReferenceWalk::IsFollowedOnly(child.tagName());
-}
-
 int WalksOf(const QDomElement &feature)
 {
     int nWalks = 0;
     for (QDomElement child = feature.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
-        nWalks += IsFollowed(child) ? 1 : 0;
+        nWalks += ReferenceWalk::IsFollowedByFeature(child) ? 1 : 0;
     return nWalks;
 }
 
@@ -85,24 +80,10 @@ QSet<QString> NamesOf(const QDomElement &feature, ReferenceWalk *pWalk)
          child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("pVariable"))
             names.insert(DirectText(child));
-        if (IsFollowed(child))
+        if (ReferenceWalk::IsFollowedByFeature(child))
             pWalk->AddNames(DirectText(child), &names);
     }
     return names;
-}
-
-/// The feature's list on every path. False when a walk is too long.
-bool ListOf(const QDomElement &feature, ReferenceWalk *pWalk, QStringList *pListed)
-{
-    for (QDomElement child = feature.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        if (child.tagName() == QLatin1String("pVariable"))
-            pListed->append(DirectText(child));
-        pWalk->AllowSteps(kShortWalk);
-        if (IsFollowed(child) && !pWalk->ListEveryPath(DirectText(child), pListed))
-            return false;
-    }
-    return true;
 }
 
 void CheckIndex(const FuzzedWorker &worker)
@@ -150,7 +131,7 @@ void CheckInvalidators(const FuzzedWorker &worker)
             continue;
         FUZZ_CHECK(QSet<QString>(listed.begin(), listed.end()) == names);
         QStringList everyPath;
-        if (ListOf(it.value(), &walk, &everyPath))
+        if (walk.ListFeature(it.value(), kShortWalk, &everyPath))
             FUZZ_CHECK(listed == everyPath);
     }
 }

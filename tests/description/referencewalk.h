@@ -1,5 +1,5 @@
-#ifndef TESTS_FUZZ_REFERENCEWALK_H
-#define TESTS_FUZZ_REFERENCEWALK_H
+#ifndef TESTS_DESCRIPTION_REFERENCEWALK_H
+#define TESTS_DESCRIPTION_REFERENCEWALK_H
 
 #include <QDomElement>
 #include <QHash>
@@ -10,8 +10,8 @@
 
 #include <description/directtext.h>
 
-/// What a walk along the pointers of a description lists, by the plainest means: what the pointer graph,
-/// which has bounds to keep, is compared with.
+/// What walks along the pointers of a description list, by the plainest means: what the pointer graph, which
+/// has bounds to keep, is compared with.
 class ReferenceWalk
 {
 public:
@@ -38,6 +38,20 @@ public:
         return bDone;
     }
 
+    /// The list of a feature's walks, no more than nMostSteps each. False when a walk takes more.
+    bool ListFeature(const QDomElement &feature, int nMostSteps, QStringList *pListed)
+    {
+        for (QDomElement child = feature.firstChildElement(); !child.isNull();
+             child = child.nextSiblingElement()) {
+            if (child.tagName() == QLatin1String("pVariable"))
+                pListed->append(DirectText(child));
+            AllowSteps(nMostSteps);
+            if (IsFollowedByFeature(child) && !ListEveryPath(DirectText(child), pListed))
+                return false;
+        }
+        return true;
+    }
+
     /// Adds every name that some path from the node meets.
     void AddNames(const QString &strNode, QSet<QString> *pNames)
     {
@@ -60,6 +74,13 @@ public:
     void AllowSteps(int nSteps) { m_nStepsLeft = nSteps; }
     bool HasStepsLeft() const { return m_nStepsLeft > 0; }
 
+    /// Whether a feature's walks go along this child.
+    static bool IsFollowedByFeature(const QDomElement &child)
+    {
+        return child.tagName() == QLatin1String("pValue") || IsFollowedOnly(child.tagName());
+    }
+
+private:
     static bool IsFollowedOnly(const QString &strTag)
     {
         static const QStringList tags = {QStringLiteral("pMin"),           QStringLiteral("pMax"),
@@ -68,7 +89,6 @@ public:
         return tags.contains(strTag);
     }
 
-private:
     struct Link
     {
         QString strName;
