@@ -27,10 +27,10 @@ enum Role
     StateCodeRole = Qt::UserRole + 3 ///< int: AccessState
 };
 
-const int MIN_ROWS = 10; // empty rows fill the table up to this number
-const int ROW_HEIGHT = 38;
-const int HEADER_HEIGHT = 32;
-const int ICON_SIZE = 34;
+const int kMinRows = 10; // empty rows fill the table up to this number
+const int kRowHeight = 38;
+const int kHeaderHeight = 32;
+const int kIconSize = 34;
 
 } // namespace DeviceTable
 

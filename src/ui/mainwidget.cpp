@@ -26,12 +26,15 @@
 
 namespace {
 
-const int LANGUAGE_EVENT = QEvent::User + 100; // posted by the program that changes the stored language
+const int kLanguageEvent = QEvent::User + 100; // posted by the program that changes the stored language
 
 } // namespace
 
 MainWidget::MainWidget(QWidget *parent)
     : TarnCustomMainWindow(parent)
+    , m_ticks(m_pTableWidget, m_nMaxCameraNum,
+              {[this](bool bEnable) { EnabledOperateCtrls(bEnable); },
+               [this](const QString &strText) { OnShowMsg(tr("Prompt"), strText, QString()); }})
 {
     cSetBackgroundColor(QColor(QStringLiteral("#F2F3F5")), TarnCustom::StateNormal);
     cSetStrechEdges(TarnCustom::StrechAllButTop);
@@ -65,7 +68,7 @@ bool MainWidget::InitSlots()
     connect(m_pExportBtn, SIGNAL(clicked()), this, SLOT(OnBtnExport()));
     connect(m_pTableWidget, &TarnCustomTableWidget::SigCellCheckStateChanged, this,
             &MainWidget::onCellCheckStateChanged);
-    if (TarnCustomCheckHeaderView *pHeader = CheckHeader()) {
+    if (TarnCustomCheckHeaderView *pHeader = m_ticks.Header()) {
         connect(pHeader, &TarnCustomCheckHeaderView::SigCheckStateChange, this,
                 &MainWidget::onHeaderCheckStateChanged);
         connect(pHeader, &TarnCustomSortHeaderView::SigSortByColumn, this, &MainWidget::onSortTableWidget);
@@ -93,7 +96,7 @@ void MainWidget::ShowTitle()
 
 void MainWidget::translate()
 {
-    m_pTableWidget->setHorizontalHeaderLabels(HeaderLabels());
+    m_rows.SetTexts();
     ShowTitle();
     m_pImportBtn->setText(tr("Import"));
     m_pExportBtn->setText(tr("Export"));
@@ -185,7 +188,7 @@ void MainWidget::customEvent(QEvent *pEvent)
 {
     if (!pEvent)
         return;
-    if (pEvent->type() == LANGUAGE_EVENT)
+    if (pEvent->type() == kLanguageEvent)
         SetLanguageVersion(LumoInterface::language());
     pEvent->accept();
 }

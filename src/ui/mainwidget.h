@@ -6,6 +6,10 @@
 
 #include <StyleCtl/tarncustommainwindow.h>
 
+#include "camerarows.h"
+#include "groupfilter.h"
+#include "tickrules.h"
+
 class LumoDeviceTree;
 class QFrame;
 class QHBoxLayout;
@@ -13,7 +17,6 @@ class QOperateThread;
 class QStackedWidget;
 class QTreeWidgetItem;
 class QVBoxLayout;
-class TarnCustomCheckHeaderView;
 class TarnCustomLabel;
 class TarnCustomLoadingDialog;
 class TarnCustomPushButton;
@@ -97,19 +100,12 @@ private:
     void EnabledOperateCtrls(bool bEnable);
     void EnabledRefreshBtn(bool);
 
-    // ---- Device table (mainwidget_table.cpp, mainwidget_check.cpp) --------------------------------------
+    // ---- Device table (mainwidget_table.cpp) -----------------------------------------------------------
     void InitTableWidget();
-    void InitTableColumns();
     void InitDeviceTree();
-    QStringList HeaderLabels() const;
-    void InsertEmptyRow(int nRow);
     void updateDeviceInfo(int nRow, const QVariant &deviceInfo, const QString &strInterfaceType);
-    void UpdateAccessState(int nRow, unsigned int nAccessStatus);
-    QString AccessStateText(int nState) const;
     void UpdateItemVisible(int nRow);
-    void UpdateAllVisible();
-    void CheckVisibleRows(int nColumn, Qt::CheckState nState);
-    TarnCustomCheckHeaderView *CheckHeader() const;
+    void getCheckedDeviceInfo(QVector<_STRUCT_DEVICE_INFO_> &vecDevice);
 
     // ---- Batch (mainwidget_batch.cpp, mainwidget_workers.cpp) -------------------------------------------
     QString StartFolder() const;
@@ -120,7 +116,6 @@ private:
     void StartWorkers(const QVector<_STRUCT_DEVICE_INFO_> &vecDevice, unsigned int nType,
                       const QString &strPath);
     bool StartWorker(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, unsigned int nType, const QString &strPath);
-    void getCheckedDeviceInfo(QVector<_STRUCT_DEVICE_INFO_> &vecDevice);
     QOperateThread *getOperateThread(long nDeviceID);
     void EndRefused(long nDeviceID, unsigned int nType, const QString &strPath);
     bool IsLateSignal(long nDeviceID) const;
@@ -158,6 +153,11 @@ private:
     QWidget *m_pOperatePage = nullptr;
     QStackedWidget *m_pStackedWidget = nullptr;
     TarnCustomPushButton *m_pBackBtn = nullptr;
+
+    // What works on the members above.
+    CameraRows m_rows{m_pTableWidget};
+    GroupFilter m_filter{m_pTableWidget, m_pDeviceTree};
+    TickRules m_ticks;
 };
 
 #endif

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QStackedWidget>
 
-#include <DevListMgr/lumodevicetree.h>
+#include <DevListMgr/structdeviceinfo.h>
 #include <StyleCtl/tarncustomlabel.h>
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustommessagebox.h>
@@ -26,10 +26,10 @@ void MainWidget::OnBtnImport()
     const QString strFile =
         LumoInterface::getOpenFileName(this, tr("Select Import File"), StartFolder(),
                                        tr("Import File(*.kfb)"), nullptr, QFileDialog::Options());
-    ShowOperateTexts(OperateType::BUTTON_IMPORT);
+    ShowOperateTexts(OperateType::kButtonImport);
     if (strFile.isEmpty())
         return;
-    setAndStartThread(OperateType::BUTTON_IMPORT, strFile);
+    setAndStartThread(OperateType::kButtonImport, strFile);
     m_strFilePath = strFile;
 }
 
@@ -37,10 +37,10 @@ void MainWidget::OnBtnExport()
 {
     const QString strFolder = TarnCustom::getExistingDirectory(this, tr("Export Features"), StartFolder(),
                                                                QFileDialog::ShowDirsOnly);
-    ShowOperateTexts(OperateType::BUTTON_EXPORT);
+    ShowOperateTexts(OperateType::kButtonExport);
     if (strFolder.isEmpty())
         return;
-    setAndStartThread(OperateType::BUTTON_EXPORT, strFolder);
+    setAndStartThread(OperateType::kButtonExport, strFolder);
     m_strFilePath = strFolder;
 }
 
@@ -65,23 +65,6 @@ void MainWidget::ResetCounts()
     m_nRunningNum = m_nSuccessNum = m_nFailedNum = 0;
     for (TarnCustomLabel *pLabel : {m_pTotalNumLabel, m_pSuccessNumLabel, m_pFailedNumLabel})
         pLabel->setText(QStringLiteral("0"));
-}
-
-void MainWidget::getCheckedDeviceInfo(QVector<_STRUCT_DEVICE_INFO_> &vecDevice)
-{
-    vecDevice.clear();
-    for (int nRow = 0; nRow < m_pTableWidget->rowCount(); ++nRow) {
-        if (m_pTableWidget->isRowHidden(nRow))
-            continue;
-        const QTableWidgetItem *pCell = m_pTableWidget->item(nRow, CheckColumn);
-        if (!pCell)
-            break; // the empty rows begin
-        // The tree's record, not a copy of ours: the camera's address may have changed since the row was
-        // made.
-        const QTreeWidgetItem *pItem = m_pDeviceTree->findCameraItem(pCell->data(DeviceIdRole).toInt());
-        if (pItem && m_pTableWidget->cellCheckState(nRow, CheckColumn) == Qt::Checked)
-            vecDevice.append(pItem->data(0, LumoDeviceTree::RecordRole).value<StructDeviceInfo>());
-    }
 }
 
 void MainWidget::ClearOperateStatus()

@@ -11,7 +11,7 @@ namespace {
 
 // A worker that lost its camera gives up after one deadline of the camera SDK; what it does besides takes
 // far less than another two. One that has not ended by then never will.
-const qint64 LONGEST_WAIT_MS = 3 * KX_CC_DEADLINE_MS;
+const qint64 kLongestWaitMs = 3 * KX_CC_DEADLINE_MS;
 
 } // namespace
 
@@ -106,7 +106,7 @@ void MainWidget::DeleteWorkers()
     m_mapThread.clear();
     // All our workers, those that were taken from their cameras included.
     const auto listThreads = findChildren<QOperateThread *>(QString(), Qt::FindDirectChildrenOnly);
-    const QDeadlineTimer deadline(LONGEST_WAIT_MS); // for all together
+    const QDeadlineTimer deadline(kLongestWaitMs); // for all together
     for (QOperateThread *pThread : listThreads) {
         disconnect(pThread, nullptr, this, nullptr);
         if (pThread->wait(deadline))

@@ -4,8 +4,8 @@
 /// Kinds of operation. The buttons say 0 and 1, the workers 2 and 3; the bit that differs does not count.
 namespace OperateType {
 
-const unsigned int BUTTON_IMPORT = 0;
-const unsigned int BUTTON_EXPORT = 1;
+const unsigned int kButtonImport = 0;
+const unsigned int kButtonExport = 1;
 
 inline bool IsImport(unsigned int nType)
 {
