@@ -4,6 +4,10 @@ namespace {
 
 /// Steps over markup the way a parser does. Up to the first violation of well-formedness both agree on what
 /// is a tag; behind it the parser has given up.
+///
+/// QXmlStreamReader cannot stand here. It refuses texts that QDomDocument takes, such as a doubled attribute,
+/// an entity that is not declared or the version 1.1, and behind its refusal nothing is counted any more; and
+/// it takes four times as long.
 class Scanner
 {
 public:
