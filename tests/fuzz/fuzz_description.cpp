@@ -8,7 +8,7 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 #include <description/directtext.h>
-#include <description/featureselector.h>
+#include <description/featurelist.h>
 #include <description/pointergraph.h>
 #include <featurefile/featurefilereader.h>
 #include <worker/qoperatethread.h>
