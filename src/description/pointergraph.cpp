@@ -63,7 +63,7 @@ bool PointerGraph::WalkPaths(int nRoot, int nMostSteps, const Output &output)
         if (link.role.bFollowed)
             Enter(link.nName, output);
     }
-    m_nBudget += std::min(m_nSteps, m_nBudget);
+    m_nBudget -= std::min(m_nSteps, m_nBudget);
     if (m_path.isEmpty() && m_nSteps <= nMostSteps)
         return true;
     output.pListed->erase(output.pListed->begin() + nListed, output.pListed->end());
