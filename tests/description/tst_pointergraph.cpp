@@ -15,6 +15,7 @@ class tst_PointerGraph : public QObject
 
 private slots:
     void Walk_DiamondOfFortyLevels_ListsEveryNameOnceInOrder();
+    void Walk_DiamondOfFortyLevels_GivesEveryVariableOnceBehindTheOldOnes();
     void Walk_SmallDiamond_ListsEveryPath();
     void Walk_ChainOfHundredThousandNodes_ListsAll();
     void Walk_ChainOfHundredThousandFeatures_AllSelected();
@@ -22,6 +23,7 @@ private slots:
     void Walk_EverythingPointsToEverything_ListsEveryNameOnce();
     void Walk_RingOfFeatures_AllSelected();
     void Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt();
+    void Walk_BudgetUsedUp_FindsWhatLeadsToTheCommandAndNothingElse();
     void Walk_Variables_AreGivenToo();
     void Walk_FilledLists_AreAppendedTo();
     void Walk_NamesOfOneHash_TakeNoLonger();
@@ -84,6 +86,25 @@ void tst_PointerGraph::Walk_DiamondOfFortyLevels_ListsEveryNameOnceInOrder()
 
     QCOMPARE(Below(analysed, Number(0)), expected);
     QCOMPARE(Selected(analysed).size(), 40);
+}
+
+void tst_PointerGraph::Walk_DiamondOfFortyLevels_GivesEveryVariableOnceBehindTheOldOnes()
+{
+    QString strNodes;
+    QStringList expected({"Kept", "Too"});
+    for (int i = 0; i < 40; ++i) {
+        strNodes +=
+            Node(Number(i), Pointer("pVariable", Number(i + 1)) + Pointer("pVariable", Number(i + 1)));
+        expected.append(Number(i + 1));
+    }
+    const Analysed analysed = Analyse(strNodes + Node(Number(40), QString()));
+    QList<QString> listed({"Before"});
+    QList<QString> variables({"Kept", "Too"});
+
+    PointerGraph(analysed.elements, QString()).Walk(Number(0), &listed, &variables);
+
+    QCOMPARE(QStringList(variables), expected);
+    QCOMPARE(QStringList(listed), QStringList({"Before"}) + expected.mid(2));
 }
 
 void tst_PointerGraph::Walk_SmallDiamond_ListsEveryPath()
@@ -173,6 +194,25 @@ void tst_PointerGraph::Walk_HugeRegister_EveryEntryInheritsWhatStandsBeforeIt()
     QCOMPARE(selected.size(), nEntries / 2 - 1);
     QVERIFY(selected.contains(QStringLiteral("F%1").arg(nEntries / 2 + 1)));
     QVERIFY(!selected.contains(QStringLiteral("F%1").arg(nEntries / 2)));
+}
+
+void tst_PointerGraph::Walk_BudgetUsedUp_FindsWhatLeadsToTheCommandAndNothingElse()
+{
+    QString strNodes;
+    for (int i = 0; i < 40; ++i)
+        strNodes += Node(Number(i), Pointer("pMin", Number(i + 1)) + Pointer("pMax", Number(i + 1)));
+    for (int i = 0; i < PointerGraph::kWalkBudget / PointerGraph::kLongestWalk; ++i)
+        strNodes += Node(QStringLiteral("User%1").arg(i), Pointer("pMin", Number(0)));
+    // No walk has met what follows when the budget ends. Z1 stands before Z2, in the index too.
+    strNodes += Node(QStringLiteral("Innocent"), Pointer("pMin", QStringLiteral("Z1"))) +
+                Node(QStringLiteral("Selected"), Pointer("pMin", QStringLiteral("Z2"))) +
+                Node(QStringLiteral("Z1"), Pointer("pMin", QStringLiteral("Nowhere"))) +
+                Node(QStringLiteral("Z2"), Pointer("pMin", QStringLiteral("Z3"))) +
+                Node(QStringLiteral("Z3"), Pointer("pInvalidator", QStringLiteral("UserSetLoad")));
+
+    const Analysed analysed = Analyse(strNodes);
+
+    QCOMPARE(Selected(analysed), QStringList({"Selected", "Z2"}));
 }
 
 void tst_PointerGraph::Walk_Variables_AreGivenToo()
