@@ -7,9 +7,9 @@
 #include <glib.h>
 #include <libxml/parser.h>
 
-#include "helper/descriptionreader.h"
-#include "protocol/description.h"
-#include "protocol/frame.h"
+#include "description/description.h"
+#include "description/descriptionreader.h"
+#include "ipc/frame.h"
 
 #include "check.h"
 

@@ -5,9 +5,9 @@
 
 #include <glib.h>
 
+#include "camera/idtext.h"
 #include "discovery/round.h"
-#include "protocol/gvcpcodec.h"
-#include "protocol/idtext.h"
+#include "gvcp/gvcpcodec.h"
 
 #include "check.h"
 

@@ -1,7 +1,7 @@
 // The SDK's own file of features, from any file that a user picks.
 #include <algorithm>
 
-#include "protocol/featurefile.h"
+#include "features/featurefile.h"
 
 #include "check.h"
 

@@ -6,8 +6,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "helper/framesocket.h"
-#include "protocol/frame.h"
+#include "ipc/frame.h"
+#include "ipc/framesocket.h"
 
 #include "check.h"
 

@@ -4,7 +4,7 @@
 #include <ctime>
 #include <sys/resource.h>
 
-#include "helper/descriptionreader.h"
+#include "description/descriptionreader.h"
 #include "scriptedsdk.h"
 #include "workerundertest.h"
 

@@ -28,7 +28,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "protocol/frame.h"
+#include "ipc/frame.h"
 
 using namespace kxcc;
 

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "protocol/description.h"
+#include "description/description.h"
 
 using namespace kxcc;
 

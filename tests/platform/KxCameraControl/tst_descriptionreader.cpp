@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QTest>
 
-#include "helper/descriptionreader.h"
+#include "description/descriptionreader.h"
 
 using namespace kxcc;
 

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "KxCameraControl/kxerrors.h"
+#include "features/featureaccess.h"
 #include "helper/camera.h"
-#include "helper/featureaccess.h"
 #include "memorydevice.h"
 
 using namespace kxcc;

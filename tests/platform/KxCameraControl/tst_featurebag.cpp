@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "KxCameraControl/kxerrors.h"
+#include "features/featurebag.h"
 #include "helper/camera.h"
-#include "helper/featurebag.h"
 #include "memorydevice.h"
 
 using namespace kxcc;

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "protocol/featurefile.h"
+#include "features/featurefile.h"
 
 using namespace kxcc;
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <limits>
 
-#include "protocol/frame.h"
+#include "ipc/frame.h"
 
 using namespace kxcc;
 

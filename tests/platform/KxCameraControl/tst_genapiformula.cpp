@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "helper/genapiformula.h"
+#include "features/genapiformula.h"
 
 using namespace kxcc;
 

@@ -10,9 +10,9 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 
-#include "protocol/frame.h"
+#include "ipc/frame.h"
+#include "ipc/helperprocess.h"
 #include "scriptedcamera.h"
-#include "session/helperprocess.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "protocol/gvcpcodec.h"
+#include "gvcp/gvcpcodec.h"
 
 using namespace kxcc;
 

@@ -5,8 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "ipc/helperoutput.h"
 #include "log/log.h"
-#include "session/helperoutput.h"
 
 using namespace kxcc;
 

@@ -6,10 +6,10 @@
 #include <zip.h>
 
 #include "KxCameraControl/kxerrors.h"
-#include "api/textfile.h"
-#include "helper/unpack.h"
+#include "description/unpack.h"
+#include "features/textfile.h"
 #include "helper/usblist.h"
-#include "protocol/frame.h"
+#include "ipc/frame.h"
 
 using namespace kxcc;
 

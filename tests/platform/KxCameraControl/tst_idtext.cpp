@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "protocol/idtext.h"
+#include "camera/idtext.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <QTest>
 
+#include "camera/usbrecord.h"
 #include "discovery/knowncameras.h"
 #include "discovery/round.h"
-#include "protocol/usbrecord.h"
 
 using namespace kxcc;
 

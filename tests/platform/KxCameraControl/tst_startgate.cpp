@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "session/startgate.h"
+#include "ipc/startgate.h"
 
 using kxcc::StartGate;
 

@@ -2,7 +2,7 @@
 
 #include <KxCameraControl/kxcameracontrol.h>
 
-#include "session/timebudget.h"
+#include "ipc/timebudget.h"
 
 using kxcc::TimeBudget;
 using std::chrono::milliseconds;

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "protocol/usbrecord.h"
+#include "camera/usbrecord.h"
 
 using namespace kxcc;
 

@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "session/waitclock.h"
+#include "ipc/waitclock.h"
 
 using kxcc::WaitClock;
 using std::chrono::milliseconds;

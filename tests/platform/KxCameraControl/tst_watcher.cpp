@@ -10,10 +10,10 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 
+#include "ipc/frame.h"
+#include "ipc/helperprocess.h"
 #include "opencamera.h"
-#include "protocol/frame.h"
 #include "scriptedcamera.h"
-#include "session/helperprocess.h"
 
 namespace {
 
