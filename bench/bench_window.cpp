@@ -21,14 +21,14 @@
 
 namespace {
 
-const int ROUNDS = 20;
+const int kRounds = 20;
 
 /// The longest of some runs, the painting that follows included.
 template <typename Action>
 void Measure(const char *pName, double limitMs, Action action)
 {
     Span longest;
-    for (int nRound = 0; nRound < ROUNDS; ++nRound) {
+    for (int nRound = 0; nRound < kRounds; ++nRound) {
         const Stopwatch watch;
         action(nRound);
         QCoreApplication::processEvents();

@@ -28,7 +28,7 @@ const char kForeignDescription[] =
     "<IntReg Name='SaveReg'><Address>0xA010</Address><Length>4</Length></IntReg>"
     "</RegisterDescription>";
 
-constexpr std::uint64_t MAC = 0x02007F1E0901;
+constexpr std::uint64_t kMac = 0x02007F1E0901;
 
 std::shared_ptr<const CameraModel> ModelOf(bool builtin)
 {
@@ -46,7 +46,7 @@ CameraIdentity Identity()
     identity.vendor = "Simulated";
     identity.model = "SimCam-150";
     identity.serial = "SIM0001";
-    identity.mac = MAC;
+    identity.mac = kMac;
     return identity;
 }
 
@@ -62,7 +62,7 @@ std::size_t PayloadOfSuccess(const Gvcp::Request &request)
 {
     switch (request.command) {
     case Gvcp::DISCOVERY_CMD:
-        return Gvcp::DISCOVERY_ACK_PAYLOAD;
+        return Gvcp::kDiscoveryAckPayload;
     case Gvcp::READREG_CMD:
         return request.size;
     case Gvcp::READMEM_CMD:
@@ -76,17 +76,17 @@ std::size_t PayloadOfSuccess(const Gvcp::Request &request)
 
 void CheckWritten(const Gvcp::Request &request, const Bytes &ack, bool success)
 {
-    const std::size_t written = LoadBe16(ack.data() + Gvcp::HEADER_SIZE + 2);
+    const std::size_t written = LoadBe16(ack.data() + Gvcp::kHeaderSize + 2);
     const std::size_t all = request.command == Gvcp::WRITEREG_CMD ? request.size / 8 : request.size - 4;
-    FUZZ_CHECK(LoadBe16(ack.data() + Gvcp::HEADER_SIZE) == 0);
+    FUZZ_CHECK(LoadBe16(ack.data() + Gvcp::kHeaderSize) == 0);
     FUZZ_CHECK(success ? written == all : written == 0 || written < all);
 }
 
 void CheckAck(const Gvcp::Request &request, const Bytes &ack)
 {
-    FUZZ_CHECK(ack.size() >= Gvcp::HEADER_SIZE && ack.size() <= Gvcp::HEADER_SIZE + Gvcp::MAX_PAYLOAD);
+    FUZZ_CHECK(ack.size() >= Gvcp::kHeaderSize && ack.size() <= Gvcp::kHeaderSize + Gvcp::kMaxPayload);
     const std::size_t payload = LoadBe16(ack.data() + 4);
-    FUZZ_CHECK(payload == ack.size() - Gvcp::HEADER_SIZE);
+    FUZZ_CHECK(payload == ack.size() - Gvcp::kHeaderSize);
     FUZZ_CHECK(LoadBe16(ack.data() + 2) == static_cast<std::uint16_t>(request.command + 1));
     FUZZ_CHECK(LoadBe16(ack.data() + 6) == request.id);
     const std::uint16_t status = LoadBe16(ack.data());
@@ -103,7 +103,7 @@ void CheckAck(const Gvcp::Request &request, const Bytes &ack)
         FUZZ_CHECK(payload == 0);
     }
     if (success && request.command == Gvcp::READMEM_CMD)
-        FUZZ_CHECK(std::equal(request.payload, request.payload + 4, ack.data() + Gvcp::HEADER_SIZE));
+        FUZZ_CHECK(std::equal(request.payload, request.payload + 4, ack.data() + Gvcp::kHeaderSize));
 }
 
 void CheckReplies(const Bytes &datagram, const std::vector<Reply> &replies)
@@ -136,7 +136,7 @@ void CheckControl(Camera *pCamera)
     FUZZ_CHECK(pCamera->Memory().ReadWord(Bootstrap::CONTROL_PRIVILEGE) == control.Privilege());
     FUZZ_CHECK(pCamera->Memory().ReadWord(Bootstrap::PRIMARY_ADDRESS) == control.Controller().address);
     FUZZ_CHECK(control.IsHeld() || control.Controller() == Endpoint());
-    FUZZ_CHECK(pCamera->HeartbeatTimeout() >= std::chrono::milliseconds(Bootstrap::MIN_HEARTBEAT_MS));
+    FUZZ_CHECK(pCamera->HeartbeatTimeout() >= std::chrono::milliseconds(Bootstrap::kMinHeartbeatMs));
 }
 
 /// Whatever was written, the built-in camera has values that its description allows.
@@ -168,9 +168,9 @@ void CheckDiscovery(SimulatedCamera *pCamera, TimePoint now)
     const Bytes request = {0x42, 0x11, 0, 2, 0, 0, 0xFF, 0xFF};
     const auto replies = Send(pCamera, request, Endpoint{0x7F000009, 999}, now);
     CheckReplies(request, replies);
-    const std::uint8_t *p = replies.front().bytes.data() + Gvcp::HEADER_SIZE;
-    FUZZ_CHECK(LoadBe16(p + Bootstrap::MAC_HIGH + 2) == MAC >> 32U);
-    FUZZ_CHECK(LoadBe32(p + Bootstrap::MAC_LOW) == (MAC & 0xFFFFFFFFU));
+    const std::uint8_t *p = replies.front().bytes.data() + Gvcp::kHeaderSize;
+    FUZZ_CHECK(LoadBe16(p + Bootstrap::MAC_HIGH + 2) == kMac >> 32U);
+    FUZZ_CHECK(LoadBe32(p + Bootstrap::MAC_LOW) == (kMac & 0xFFFFFFFFU));
 }
 
 } // namespace

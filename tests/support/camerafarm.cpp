@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int START_LIMIT_MS = 30000;
-constexpr int STOP_LIMIT_MS = 10000;
-constexpr int ANSWER_LIMIT_S = 10;
+constexpr int kStartLimitMs = 30000;
+constexpr int kStopLimitMs = 10000;
+constexpr int kAnswerLimitS = 10;
 
 } // namespace
 
@@ -41,7 +41,7 @@ bool CameraFarm::Start(const QStringList &arguments)
     QElapsedTimer timer;
     timer.start();
     while (!m_process.canReadLine()) {
-        const int left = START_LIMIT_MS - static_cast<int>(timer.elapsed());
+        const int left = kStartLimitMs - static_cast<int>(timer.elapsed());
         if (left <= 0 || !m_process.waitForReadyRead(left)) {
             if (m_process.canReadLine())
                 break;
@@ -67,7 +67,7 @@ bool CameraFarm::Connect()
     name.sun_family = AF_UNIX;
     std::memcpy(name.sun_path, path.constData(), qMin<std::size_t>(sizeof name.sun_path - 1, path.size()));
     m_nSocket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const timeval limit = {ANSWER_LIMIT_S, 0};
+    const timeval limit = {kAnswerLimitS, 0};
     ::setsockopt(m_nSocket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     return ::connect(m_nSocket, reinterpret_cast<const sockaddr *>(&name), sizeof name) == 0;
 }
@@ -80,10 +80,10 @@ bool CameraFarm::Stop()
     if (m_process.state() == QProcess::NotRunning)
         return true;
     m_process.terminate();
-    if (m_process.waitForFinished(STOP_LIMIT_MS))
+    if (m_process.waitForFinished(kStopLimitMs))
         return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
     m_process.kill();
-    m_process.waitForFinished(STOP_LIMIT_MS);
+    m_process.waitForFinished(kStopLimitMs);
     return false;
 }
 

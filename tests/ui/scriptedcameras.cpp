@@ -42,7 +42,7 @@ QByteArray SerialOf(const KX_CC_DEVICE_INFO &stInfo)
 }
 
 // One feature that the user set stores, and the one that is exported of it.
-const char DESCRIPTION[] = R"(<?xml version="1.0"?>
+const char kDescription[] = R"(<?xml version="1.0"?>
 <RegisterDescription>
 <Integer Name="Width"><Streamable>Yes</Streamable><pValue>WidthReg</pValue></Integer>
 <IntReg Name="WidthReg"><pInvalidator>UserSetLoad</pInvalidator></IntReg>
@@ -145,10 +145,10 @@ int KX_CC_DestroyHandle(void *hDevice)
 
 int KX_XML_GetGenICamXML(void *, unsigned char *pBuffer, unsigned int nBufferSize, unsigned int *pnSize)
 {
-    *pnSize = sizeof DESCRIPTION;
-    if (nBufferSize < sizeof DESCRIPTION)
+    *pnSize = sizeof kDescription;
+    if (nBufferSize < sizeof kDescription)
         return KX_CC_E_BUFFER_TOO_SMALL;
-    std::memcpy(pBuffer, DESCRIPTION, sizeof DESCRIPTION);
+    std::memcpy(pBuffer, kDescription, sizeof kDescription);
     return KX_CC_OK;
 }
 

@@ -80,7 +80,7 @@ QVector<int> DeviceIdentity::Assign(const QVector<KX_CC_DEVICE_INFO> &vecDevices
     for (const QByteArray &key : qAsConst(vecKeys)) // in the order of the list: so are the new numbers
         AssignSameKey(vecDevices, WithoutFormerAddresses(vecDevices, hashIndexes.value(key)),
                       m_hashKnown[key], vecIDs);
-    if (m_nKnown > MOST_KNOWN)
+    if (m_nKnown > kMostKnown)
         ForgetAllBut(hashIndexes);
     return vecIDs;
 }

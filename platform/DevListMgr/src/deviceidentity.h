@@ -17,7 +17,7 @@ class DeviceIdentity
 public:
     /// A device that invents cameras does not fill the memory: with more than this, those that have gone are
     /// forgotten, and get a new number when they come back.
-    static const int MOST_KNOWN = 65536;
+    static const int kMostKnown = 65536;
 
     /// The numbers of one round's cameras, in the order of the list; -1 for an entry that is only the
     /// former address of a camera that also answers under a new one.

@@ -14,7 +14,7 @@
 namespace {
 
 // Longest time that one slice of changes keeps the GUI thread, a slot of the window included.
-const qint64 SLICE_MS = 8;
+const qint64 kSliceMs = 8;
 
 DeviceSourceFactory &SourceFactory()
 {
@@ -146,7 +146,7 @@ void LumoDeviceTree::ApplySlice()
     // next round may come there, so a change is off the queue, and the last one handled, before it is
     // applied.
     m_pPrivate->m_timerSlice.start();
-    while (!queue.isEmpty() && timer.elapsed() < SLICE_MS) {
+    while (!queue.isEmpty() && timer.elapsed() < kSliceMs) {
         const DeviceChange change = queue.dequeue();
         if (queue.isEmpty())
             m_pPrivate->m_search.SetHandled();

@@ -8,7 +8,7 @@
 
 namespace {
 
-const int ROW_HEIGHT = 26;
+const int kRowHeight = 26;
 
 LumoDeviceTree::ItemType InterfaceType(quint32 nTransport)
 {
@@ -66,7 +66,7 @@ QTreeWidgetItem *LumoDeviceTreePrivate::MakeItem(QTreeWidgetItem *pParent, LumoD
     QTreeWidgetItem *pItem = new QTreeWidgetItem;
     pItem->setData(0, LumoDeviceTree::ItemTypeRole, int(nType));
     pItem->setData(0, LumoDeviceTree::ItemIdRole, nID);
-    pItem->setSizeHint(0, QSize(0, ROW_HEIGHT));
+    pItem->setSizeHint(0, QSize(0, kRowHeight));
     pItem->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     pParent->addChild(pItem);
     if (nType != LumoDeviceTree::CameraItem) // nothing is below; and each expanded item makes others slower

@@ -8,7 +8,7 @@ namespace {
 
 // Cameras answer within milliseconds; the rest is for slow ones and for a loaded network. Together with the
 // pause between rounds a camera is shown within 1.2 s.
-const unsigned int ROUND_MS = 400;
+const unsigned int kRoundMs = 400;
 
 } // namespace
 
@@ -24,7 +24,7 @@ std::optional<QVector<KX_CC_DEVICE_INFO>> SdkDeviceSource::search(unsigned int n
     if (!Prepare(nTransports))
         return std::nullopt;
     KX_CC_DEVICE_LIST list = {0, nullptr};
-    const int nCode = KX_CC_Enumerate(m_hEnumerator, ROUND_MS, &list);
+    const int nCode = KX_CC_Enumerate(m_hEnumerator, kRoundMs, &list);
     if (nCode != KX_CC_OK)
         Warn("KX_CC_Enumerate", nCode);
     m_nLastCode = nCode;

@@ -138,13 +138,13 @@ void tst_DeviceIdentity::Assign_MoreThanItKeeps_ForgetsThoseThatHaveGone()
     DeviceIdentity identity;
     identity.Assign({NetworkCamera(1), NetworkCamera(2)});
     QVector<KX_CC_DEVICE_INFO> vecInvented{NetworkCamera(1)};
-    for (int i = 0; i < DeviceIdentity::MOST_KNOWN; ++i)
+    for (int i = 0; i < DeviceIdentity::kMostKnown; ++i)
         vecInvented.append(NetworkCamera(3 + i));
     QCOMPARE(identity.Assign(vecInvented).first(), 1);
 
     const QVector<int> vecIDs = identity.Assign({NetworkCamera(1), NetworkCamera(2)});
     QCOMPARE(vecIDs.at(0), 1);
-    QVERIFY2(vecIDs.at(1) > DeviceIdentity::MOST_KNOWN, qPrintable(QString::number(vecIDs.at(1))));
+    QVERIFY2(vecIDs.at(1) > DeviceIdentity::kMostKnown, qPrintable(QString::number(vecIDs.at(1))));
 }
 
 QTEST_APPLESS_MAIN(tst_DeviceIdentity)

@@ -6,8 +6,8 @@
 
 namespace {
 
-const int LISTED = 4096; // as many as the camera SDK lists at the most
-const int ROUNDS = 40;   // enough for 100 MB, if each left its changes behind
+const int kListed = 4096; // as many as the camera SDK lists at the most
+const int kRounds = 40;   // enough for 100 MB, if each left its changes behind
 
 qint64 ResidentKb()
 {
@@ -38,11 +38,11 @@ void tst_LumoDeviceTree_Flood::Search_OtherCamerasInEveryRound_TheWindowLivesAnd
     tree.show();
     tree.updateDeviceTypes(1, true);
     QTRY_VERIFY(tree.findCameraItem(1));
-    devices.SetInventing(LISTED);
+    devices.SetInventing(kListed);
     qint64 nLongestMs = 0;
     qint64 nAfterFirst = 0;
-    const int nFirst = devices.Rounds() + ROUNDS / 2;
-    const int nLast = nFirst + ROUNDS;
+    const int nFirst = devices.Rounds() + kRounds / 2;
+    const int nLast = nFirst + kRounds;
     QElapsedTimer whole;
     whole.start();
     while (devices.Rounds() < nLast && whole.elapsed() < 60000) {
@@ -93,11 +93,11 @@ void tst_LumoDeviceTree_Flood::NewDevice_ThousandsAtOnce_TakeTimeByTheirNumber()
     tree.updateDeviceTypes(1, true);
     QTreeWidgetItem *pAll = tree.findItem(LumoDeviceTree::AllCamerasItem, -1);
     QVector<KX_CC_DEVICE_INFO> vecDevices;
-    for (int n = 1; n <= LISTED; ++n)
+    for (int n = 1; n <= kListed; ++n)
         vecDevices.append(NetworkCamera(n));
     devices.Set(vecDevices);
     // 48 s with the view's own spanned rows.
-    QTRY_COMPARE_WITH_TIMEOUT(pAll->text(1), QString::number(LISTED), 15000);
+    QTRY_COMPARE_WITH_TIMEOUT(pAll->text(1), QString::number(kListed), 15000);
 }
 
 void tst_LumoDeviceTree_Flood::ToolTip_OverTheColumnOfCounts_IsTheCameras()

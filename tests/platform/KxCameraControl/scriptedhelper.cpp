@@ -36,7 +36,7 @@ namespace {
 
 constexpr int kSocket = 3;
 
-int64_t nValue = 42;
+std::int64_t nValue = 42;
 bool bStubborn = false;
 
 struct Script
@@ -57,7 +57,7 @@ Script ReadScript()
     return script;
 }
 
-void Receive(void *pBuffer, size_t nSize)
+void Receive(void *pBuffer, std::size_t nSize)
 {
     if (nSize == 0 || recv(kSocket, pBuffer, nSize, MSG_WAITALL) == static_cast<ssize_t>(nSize))
         return;
@@ -76,23 +76,23 @@ void Pause(unsigned int nMs)
 
 Request ReceiveRequest()
 {
-    std::array<uint8_t, kFrameHeadSize> bytes{};
+    std::array<std::uint8_t, kFrameHeadSize> bytes{};
     Receive(bytes.data(), bytes.size());
     const FrameHead head = DecodeHead(bytes).value();
-    std::vector<uint8_t> body(head.nBody);
+    std::vector<std::uint8_t> body(head.nBody);
     Receive(body.data(), body.size());
-    std::vector<uint8_t> blob(head.nBlob);
+    std::vector<std::uint8_t> blob(head.nBlob);
     Receive(blob.data(), blob.size());
     return DecodeRequest(body).value();
 }
 
-void Send(uint32_t nSerial, bool bProgress)
+void Send(std::uint32_t nSerial, bool bProgress)
 {
     Reply reply;
     reply.nSerial = nSerial;
     reply.bProgress = bProgress;
     reply.nNumber = nValue;
-    const std::vector<uint8_t> bytes = EncodeReply(reply);
+    const std::vector<std::uint8_t> bytes = EncodeReply(reply);
     if (send(kSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
         _exit(0);
 }

@@ -9,8 +9,8 @@
 
 namespace {
 
-const qint64 SOON_MS = 10000;
-const uint32_t CAMERA = 0x7F440101; // 127.68.1.1
+const qint64 kSoonMs = 10000;
+const uint32_t kCamera = 0x7F440101; // 127.68.1.1
 
 /// Rounds of one enumerator.
 class Rounds
@@ -39,7 +39,7 @@ private:
 uint32_t StatusOf(const std::vector<KX_CC_DEVICE_INFO> &cameras)
 {
     for (const KX_CC_DEVICE_INFO &info : cameras) {
-        if (info.SpecialInfo.stGigEInfo.nCurrentIp == CAMERA)
+        if (info.SpecialInfo.stGigEInfo.nCurrentIp == kCamera)
             return info.nAccessStatus;
     }
     return 0;
@@ -93,7 +93,7 @@ void tst_Enumerator::Enumerate_KnownCamerasHaveAnswered_EndsEarly()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(rounds.Run(10000).size(), size_t{2});
-    QVERIFY2(timer.elapsed() < SOON_MS / 2, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < kSoonMs / 2, qPrintable(QString::number(timer.elapsed())));
 }
 
 void tst_Enumerator::Enumerate_AccessAnswerOfAnotherAddress_DoesNotCount()
@@ -126,7 +126,7 @@ void tst_Enumerator::Enumerate_DeviceThatInventsCameras_IsNotFollowed()
         QElapsedTimer timer;
         timer.start();
         const auto cameras = rounds.Run(300);
-        QVERIFY2(timer.elapsed() < SOON_MS, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() < kSoonMs, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(StatusOf(cameras), KX_CC_ACCESS_FREE);
         QCOMPARE(cameras.size(), size_t{2});
     }

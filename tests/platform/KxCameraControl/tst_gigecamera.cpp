@@ -106,17 +106,17 @@ void tst_GigeCamera::Open_MacAddressOfTheRecord_IsCompared_data()
     const auto row = [](const char *szName, const char *szCamera, quint32 nHigh, quint32 nLow, int nCode) {
         QTest::newRow(szName) << QByteArray::fromHex(szCamera) << nHigh << nLow << nCode;
     };
-    const int OTHER = KX_CC_E_UNREACHABLE;
+    const int kOther = KX_CC_E_UNREACHABLE;
     row("the same", "0000112233445566", 0x1122, 0x33445566, KX_CC_OK);
-    row("another high word", "0000112233445566", 0x1123, 0x33445566, OTHER);
-    row("another low word", "0000112233445566", 0x1122, 0x33445567, OTHER);
+    row("another high word", "0000112233445566", 0x1123, 0x33445566, kOther);
+    row("another low word", "0000112233445566", 0x1122, 0x33445567, kOther);
     row("flags above it", "8000112233445566", 0x1122, 0x33445566, KX_CC_OK);
     row("high word 0", "0000000033445566", 0, 0x33445566, KX_CC_OK);
-    row("high word 0, another", "0000000033445566", 0, 0x33445567, OTHER);
+    row("high word 0, another", "0000000033445566", 0, 0x33445567, kOther);
     row("low word 0", "0000112200000000", 0x1122, 0, KX_CC_OK);
-    row("low word 0, another", "0000112200000000", 0x1123, 0, OTHER);
-    row("high word 0, another's is not", "0000112233445566", 0, 0x33445566, OTHER);
-    row("low word 0, another's is not", "0000112233445566", 0x1122, 0, OTHER);
+    row("low word 0, another", "0000112200000000", 0x1123, 0, kOther);
+    row("high word 0, another's is not", "0000112233445566", 0, 0x33445566, kOther);
+    row("low word 0, another's is not", "0000112233445566", 0x1122, 0, kOther);
     row("none in the record", "0000112233445566", 0, 0, KX_CC_OK);
     row("none in the camera", "0000000000000000", 0x1122, 0x33445566, KX_CC_OK);
     row("of the second interface", "0000112233445566", 0x99AA, 0xBBCCDDEE, KX_CC_OK);
@@ -150,18 +150,18 @@ void tst_GigeCamera::Open_NameOfTheRecord_IsCompared_data()
                         int nCode) {
         QTest::newRow(szName) << cameraModel << cameraSerial << recordModel << recordSerial << nMac << nCode;
     };
-    const int OTHER = KX_CC_E_UNREACHABLE;
+    const int kOther = KX_CC_E_UNREACHABLE;
     row("the same", "M", "1", "M", "1", 7, KX_CC_OK);
-    row("another model", "M", "1", "N", "1", 7, OTHER);
-    row("another serial number", "M", "1", "M", "2", 7, OTHER);
-    row("another serial number, no MAC address", "M", "1", "M", "2", 0, OTHER);
-    row("another model, no MAC address nor serial number", "M", "1", "N", "", 0, OTHER);
-    row("the beginning only", "M", "12", "M", "1", 7, OTHER);
-    row("no model in the record", "M", "1", "", "1", 7, OTHER);
-    row("no serial number in the record", "M", "1", "M", "", 7, OTHER);
-    row("neither in the record", "M", "1", "", "", 7, OTHER);
+    row("another model", "M", "1", "N", "1", 7, kOther);
+    row("another serial number", "M", "1", "M", "2", 7, kOther);
+    row("another serial number, no MAC address", "M", "1", "M", "2", 0, kOther);
+    row("another model, no MAC address nor serial number", "M", "1", "N", "", 0, kOther);
+    row("the beginning only", "M", "12", "M", "1", 7, kOther);
+    row("no model in the record", "M", "1", "", "1", 7, kOther);
+    row("no serial number in the record", "M", "1", "M", "", 7, kOther);
+    row("neither in the record", "M", "1", "", "", 7, kOther);
     row("no identity in the record", "M", "1", "", "", 0, KX_CC_OK);
-    row("no serial number in the camera", "M", "", "M", "1", 7, OTHER);
+    row("no serial number in the camera", "M", "", "M", "1", 7, kOther);
     row("neither in both", "", "", "", "", 7, KX_CC_OK);
     row("cleaned in the record", "M/\x01", "\xff\\", "M__", "__", 7, KX_CC_OK);
     row("unlike in what is cleaned", "M/", "1\x02", "M\\", "1\x03", 7, KX_CC_OK);
@@ -169,7 +169,7 @@ void tst_GigeCamera::Open_NameOfTheRecord_IsCompared_data()
     row("as long as their registers", QByteArray(32, 'M'), QByteArray(16, '1'), QByteArray(32, 'M'),
         QByteArray(16, '1'), 7, KX_CC_OK);
     row("as long as their registers, unlike at the end", QByteArray(32, 'M'), QByteArray(15, '1') + "2",
-        QByteArray(32, 'M'), QByteArray(16, '1'), 7, OTHER);
+        QByteArray(32, 'M'), QByteArray(16, '1'), 7, kOther);
 }
 
 void tst_GigeCamera::Open_NameOfTheRecord_IsCompared()

@@ -24,7 +24,7 @@ QString Said(const QString &strText)
     return "Camera: helper process: " + strText;
 }
 
-const QString TOO_MUCH = "Camera: helper process: what it says beyond these lines is left out";
+const QString kTooMuch = "Camera: helper process: what it says beyond these lines is left out";
 
 } // namespace
 
@@ -109,7 +109,7 @@ void tst_HelperOutput::Read_MoreLinesThanAllowed_SaysSoOnceAndStops()
 
     Write("last\nnever\n");
     m_pOutput->Read("Camera");
-    QCOMPARE(lines, expected << Said("last") << TOO_MUCH);
+    QCOMPARE(lines, expected << Said("last") << kTooMuch);
     QCOMPARE(m_pOutput->Descriptor(), -1);
     Write("nor this\n");
     m_pOutput->Read("Camera");
@@ -120,7 +120,7 @@ void tst_HelperOutput::Read_EmptyLines_AreCountedButNotHandedOn()
 {
     Write(QByteArray(KX_CC_LOG_HELPER_LINES - 1, '\n') + "one\ntwo\n");
     m_pOutput->Read("Camera");
-    QCOMPARE(lines, QStringList({Said("one"), TOO_MUCH}));
+    QCOMPARE(lines, QStringList({Said("one"), kTooMuch}));
 }
 
 void tst_HelperOutput::Read_LineWithoutEnd_IsCutIntoSeveral()
@@ -150,7 +150,7 @@ void tst_HelperOutput::End_AfterTooMuch_SaysNothingMore()
 {
     Write(QByteArray(KX_CC_LOG_HELPER_LINES, '\n') + "rest");
     m_pOutput->End("Camera");
-    QCOMPARE(lines, QStringList(TOO_MUCH));
+    QCOMPARE(lines, QStringList(kTooMuch));
 }
 
 void tst_HelperOutput::Open_Again_StartsAnew()
@@ -161,7 +161,7 @@ void tst_HelperOutput::Open_Again_StartsAnew()
     QVERIFY(m_pOutput->Open(m_nEnd));
     Write("fresh\n");
     m_pOutput->Read("Camera");
-    QCOMPARE(lines, QStringList({TOO_MUCH, Said("fresh")}));
+    QCOMPARE(lines, QStringList({kTooMuch, Said("fresh")}));
 }
 
 void tst_HelperOutput::Open_AgainInTheMiddleOfALine_ForgetsIt()

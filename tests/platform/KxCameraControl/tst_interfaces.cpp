@@ -12,7 +12,7 @@
 
 namespace {
 
-const int LIMIT_MS = 10000;
+const int kLimitMs = 10000;
 
 bool Ip(const QString &strArguments)
 {
@@ -41,7 +41,7 @@ public:
     ~FarCamera()
     {
         m_process.kill(); // and with the process its network and the cables
-        m_process.waitForFinished(LIMIT_MS);
+        m_process.waitForFinished(kLimitMs);
     }
     FarCamera(const FarCamera &) = delete;
     FarCamera &operator=(const FarCamera &) = delete;
@@ -58,8 +58,8 @@ public:
                     "exec arv-fake-gv-camera-0.8 -i switch -s FAR")
                 .arg(strAddress);
         m_process.start("unshare", {"--net", "sh", "-e", "-c", strScript});
-        return m_process.waitForReadyRead(LIMIT_MS) && LayCables(cables) && m_process.write("\n") == 1 &&
-               m_process.waitForBytesWritten(LIMIT_MS);
+        return m_process.waitForReadyRead(kLimitMs) && LayCables(cables) && m_process.write("\n") == 1 &&
+               m_process.waitForBytesWritten(kLimitMs);
     }
 
 private:
@@ -142,7 +142,7 @@ void tst_Interfaces::cleanup()
     if (QFile::exists("/proc/sys/net/ipv4/conf/spare0"))
         QVERIFY(Ip("link del spare0"));
     // The cables went with the far end, a moment after it.
-    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists("/proc/sys/net/ipv4/conf/cable0"), LIMIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists("/proc/sys/net/ipv4/conf/cable0"), kLimitMs);
 }
 
 /// One more interface, whose cable leads nowhere.
@@ -163,7 +163,7 @@ KX_CC_DEVICE_INFO tst_Interfaces::Find() const
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < LIMIT_MS) {
+    while (timer.elapsed() < kLimitMs) {
         for (const KX_CC_DEVICE_INFO &info : Search()) {
             if (QByteArray(reinterpret_cast<const char *>(Gige(info).chSerialNumber)) == "FAR")
                 return info;
@@ -292,7 +292,7 @@ void tst_Interfaces::FindDevice_SubnetOfTwoInterfaces_AsksOnBoth()
     QVERIFY(Ip("addr add 10.1.1.1/24 dev cable0") && Ip("link set cable0 up"));
     KX_CC_DEVICE_INFO info{};
 
-    QTRY_COMPARE_WITH_TIMEOUT(KX_CC_FindDevice("10.1.1.2", 500, &info), KX_CC_OK, LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(KX_CC_FindDevice("10.1.1.2", 500, &info), KX_CC_OK, kLimitMs);
 
     QCOMPARE(InterfaceOf(info), QString("cable0"));
 }

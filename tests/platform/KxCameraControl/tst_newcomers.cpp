@@ -153,7 +153,7 @@ void tst_Newcomers::Admit_ManyDevices_NotMoreThanAllMayShow()
 void tst_Newcomers::Admit_AsManyKnownAsCanBe_NothingNew()
 {
     std::vector<KX_CC_DEVICE_INFO> all;
-    for (uint32_t i = 1; i < Newcomers::MOST_CAMERAS; ++i)
+    for (uint32_t i = 1; i < Newcomers::kMostCameras; ++i)
         all.push_back(Camera(i));
     KnownCameras known;
     known.Update(all);
@@ -195,7 +195,7 @@ void tst_Newcomers::Admit_ManyDevicesAreBarred_LogNamesTheFirst()
     newcomers.BeginRound(kStart);
     for (int i = 0; i < 5000; ++i)
         Show(newcomers, kDevice + static_cast<uint32_t>(i), 1 + i * 400, 400);
-    QCOMPARE(nLines, int(Newcomers::MOST_NAMED));
+    QCOMPARE(nLines, int(Newcomers::kMostNamed));
 }
 
 QTEST_APPLESS_MAIN(tst_Newcomers)

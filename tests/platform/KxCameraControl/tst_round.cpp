@@ -235,7 +235,7 @@ void tst_Round::Collect_CamerasInventedWithoutEnd_EndsWithABoundedList()
 
     QVERIFY2(timer.elapsed() < kSoonMs, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(!round.Cameras().empty());
-    QVERIFY(round.Cameras().size() <= Round::MOST_CAMERAS);
+    QVERIFY(round.Cameras().size() <= Round::kMostCameras);
 }
 
 void tst_Round::Collect_EmptyDatagramsWithoutEnd_Ends()

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// "LEVEL CAMERA: TEXT"; written by the thread that calls the library.
+/// "LEVEL kCamera: TEXT"; written by the thread that calls the library.
 QStringList messages;
 
 void Take(unsigned int nLevel, const char *szCamera, const char *szText, void *)
@@ -63,7 +63,7 @@ private:
     int m_nCode = KX_CC_E_HANDLE;
 };
 
-const QString CAMERA = " Model S1 (127.0.0.1): ";
+const QString kCamera = " Model S1 (127.0.0.1): ";
 
 } // namespace
 
@@ -133,7 +133,7 @@ void tst_Session::Call_HelperWritesWithoutEnd_GetsItsReplyAndAFewLines()
     QCOMPARE(handle.Get(), KX_CC_OK);
     QCOMPARE(handle.Get(), KX_CC_OK);
     QCOMPARE(messages.size(), int(KX_CC_LOG_HELPER_LINES) + 1);
-    QCOMPARE(messages.first(), "2" + CAMERA + "helper process: " + QString(99, 'n'));
+    QCOMPARE(messages.first(), "2" + kCamera + "helper process: " + QString(99, 'n'));
 }
 
 void tst_Session::Call_HelperAborts_LogHasItsLastWordsAndTheSignal()
@@ -141,10 +141,10 @@ void tst_Session::Call_HelperAborts_LogHasItsLastWordsAndTheSignal()
     const ScriptedHandle handle("last-words");
     QCOMPARE(handle.Get(), KX_CC_E_SESSION_ENDED);
     QCOMPARE(messages.size(), 3);
-    QCOMPARE(messages[0], "2" + CAMERA + "helper process: so it ends");
-    QVERIFY2(messages[1].startsWith("3" + CAMERA + "helper process was ended by: Abort"),
+    QCOMPARE(messages[0], "2" + kCamera + "helper process: so it ends");
+    QVERIFY2(messages[1].startsWith("3" + kCamera + "helper process was ended by: Abort"),
              qPrintable(messages[1]));
-    QCOMPARE(messages[2], "3" + CAMERA + "lost: camera helper program ended unexpectedly (145)");
+    QCOMPARE(messages[2], "3" + kCamera + "lost: camera helper program ended unexpectedly (145)");
 }
 
 void tst_Session::Call_HelperHangsUpAndLives_IsEnded()
@@ -217,7 +217,7 @@ void tst_Session::Call_HelperExits_LogHasItsExitCode()
 {
     const ScriptedHandle handle("exit-code");
     QCOMPARE(handle.Get(), KX_CC_E_SESSION_ENDED);
-    QCOMPARE(messages.value(0), "3" + CAMERA + "helper process ended with exit code 7");
+    QCOMPARE(messages.value(0), "3" + kCamera + "helper process ended with exit code 7");
 }
 
 void tst_Session::Call_EachFeatureTakesLong_EndsWithTheTotal()
@@ -232,8 +232,8 @@ void tst_Session::Call_EachFeatureTakesLong_EndsWithTheTotal()
     QCOMPARE(nCode, KX_CC_E_TIMEOUT);
     QVERIFY2(nDone >= 1 && nDone <= 4, qPrintable(QString::number(nDone)));
     QCOMPARE(handle.Get(), KX_CC_E_LOST);
-    QCOMPARE(messages, QStringList({"3" + CAMERA + "its time budget is spent",
-                                    "3" + CAMERA + "lost: camera did not answer in time (143)"}));
+    QCOMPARE(messages, QStringList({"3" + kCamera + "its time budget is spent",
+                                    "3" + kCamera + "lost: camera did not answer in time (143)"}));
 }
 
 void tst_Session::Call_OneFeatureTakesTooLong_EndsBeforeIt()
@@ -302,10 +302,10 @@ void tst_Session::Open_HelperIsMissing_LogHasTheReason()
     const int nCode = ScriptedHandle("").Code();
     qputenv("KX_CAMERA_SESSION", SCRIPTED_HELPER);
     QCOMPARE(nCode, KX_CC_E_SESSION);
-    QCOMPARE(messages, QStringList({"4" + CAMERA +
+    QCOMPARE(messages, QStringList({"4" + kCamera +
                                         "/nowhere/kx-camera-session cannot be started: "
                                         "No such file or directory",
-                                    "3" + CAMERA +
+                                    "3" + kCamera +
                                         "not opened: camera helper program could not be started "
                                         "(122)"}));
 }

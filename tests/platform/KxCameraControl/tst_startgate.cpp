@@ -8,7 +8,7 @@
 
 using kxcc::StartGate;
 
-const std::chrono::milliseconds LONG(60000);
+const std::chrono::milliseconds kLong(60000);
 
 class tst_StartGate : public QObject
 {
@@ -23,11 +23,11 @@ private slots:
 void tst_StartGate::Place_AllTaken_WaitsUntilOneIsFree()
 {
     StartGate gate(2);
-    auto first = std::make_unique<StartGate::Place>(gate, LONG);
-    const StartGate::Place second(gate, LONG);
+    auto first = std::make_unique<StartGate::Place>(gate, kLong);
+    const StartGate::Place second(gate, kLong);
     std::atomic_bool bEntered{false};
     std::thread third([&] {
-        const StartGate::Place place(gate, LONG);
+        const StartGate::Place place(gate, kLong);
         bEntered = true;
     });
     QTest::qWait(50); // long enough for a gate that stands open
@@ -41,7 +41,7 @@ void tst_StartGate::Place_AllTaken_WaitsUntilOneIsFree()
 void tst_StartGate::Place_NoneGetsFree_GoesOnWithout()
 {
     StartGate gate(1);
-    const StartGate::Place only(gate, LONG);
+    const StartGate::Place only(gate, kLong);
     {
         const StartGate::Place none(gate, std::chrono::milliseconds(20));
     }
@@ -59,17 +59,17 @@ void tst_StartGate::Place_NoneGetsFree_GoesOnWithout()
 
 void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
 {
-    const int PLACES = 3;
-    const int THREADS = 50;
-    StartGate gate(PLACES);
+    const int kPlaces = 3;
+    const int kThreads = 50;
+    StartGate gate(kPlaces);
     std::atomic_int nInside{0};
     std::atomic_int nMost{0};
     std::atomic_int nThrough{0};
     std::vector<std::thread> threads;
-    threads.reserve(THREADS);
-    for (int i = 0; i < THREADS; ++i) {
+    threads.reserve(kThreads);
+    for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
-            const StartGate::Place place(gate, LONG);
+            const StartGate::Place place(gate, kLong);
             const int nNow = ++nInside;
             int nSeen = nMost;
             while (nNow > nSeen && !nMost.compare_exchange_weak(nSeen, nNow)) {
@@ -81,8 +81,8 @@ void tst_StartGate::Place_ManyThreads_NeverMoreThanThereAre()
     }
     for (std::thread &thread : threads)
         thread.join();
-    QCOMPARE(nThrough.load(), THREADS);
-    QVERIFY2(nMost <= PLACES, qPrintable(QString::number(nMost)));
+    QCOMPARE(nThrough.load(), kThreads);
+    QVERIFY2(nMost <= kPlaces, qPrintable(QString::number(nMost)));
 }
 
 QTEST_GUILESS_MAIN(tst_StartGate)

@@ -9,11 +9,11 @@ using std::chrono::milliseconds;
 
 namespace {
 
-const TimeBudget::Clock::time_point BEGIN{std::chrono::hours(1)};
+const TimeBudget::Clock::time_point kBegin{std::chrono::hours(1)};
 
 TimeBudget::Clock::time_point At(int nMs)
 {
-    return BEGIN + milliseconds(nMs);
+    return kBegin + milliseconds(nMs);
 }
 
 int Left(const TimeBudget &budget, int nAtMs)
@@ -101,24 +101,24 @@ void tst_TimeBudget::Parse_Texts_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("feature");
     QTest::addColumn<int>("total");
-    const int FEATURE = KX_CC_FEATURE_BUDGET_MS;
-    const int TOTAL = KX_CC_CAMERA_BUDGET_MS;
-    QCOMPARE(FEATURE, 60000);
-    QCOMPARE(TOTAL, 300000);
+    const int kFeature = KX_CC_FEATURE_BUDGET_MS;
+    const int kTotal = KX_CC_CAMERA_BUDGET_MS;
+    QCOMPARE(kFeature, 60000);
+    QCOMPARE(kTotal, 300000);
 
     QTest::newRow("two numbers") << QByteArray("200,3000") << 200 << 3000;
     QTest::newRow("every digit at the front") << QByteArray("9,9") << 9 << 9;
     QTest::newRow("no limits") << QByteArray("0,0") << 0 << 0;
     QTest::newRow("a day") << QByteArray("86400000,86400000") << 86400000 << 86400000;
-    QTest::newRow("empty") << QByteArray("") << FEATURE << TOTAL;
-    QTest::newRow("one number") << QByteArray("200") << FEATURE << TOTAL;
-    QTest::newRow("no second number") << QByteArray("200,") << FEATURE << TOTAL;
-    QTest::newRow("three numbers") << QByteArray("1,2,3") << FEATURE << TOTAL;
-    QTest::newRow("negative") << QByteArray("200,-1") << FEATURE << TOTAL;
-    QTest::newRow("blanks") << QByteArray(" 200, 300") << FEATURE << TOTAL;
-    QTest::newRow("words") << QByteArray("a,b") << FEATURE << TOTAL;
-    QTest::newRow("longer than a day") << QByteArray("200,86400001") << FEATURE << TOTAL;
-    QTest::newRow("beyond all numbers") << QByteArray("99999999999999999999,1") << FEATURE << TOTAL;
+    QTest::newRow("empty") << QByteArray("") << kFeature << kTotal;
+    QTest::newRow("one number") << QByteArray("200") << kFeature << kTotal;
+    QTest::newRow("no second number") << QByteArray("200,") << kFeature << kTotal;
+    QTest::newRow("three numbers") << QByteArray("1,2,3") << kFeature << kTotal;
+    QTest::newRow("negative") << QByteArray("200,-1") << kFeature << kTotal;
+    QTest::newRow("blanks") << QByteArray(" 200, 300") << kFeature << kTotal;
+    QTest::newRow("words") << QByteArray("a,b") << kFeature << kTotal;
+    QTest::newRow("longer than a day") << QByteArray("200,86400001") << kFeature << kTotal;
+    QTest::newRow("beyond all numbers") << QByteArray("99999999999999999999,1") << kFeature << kTotal;
 }
 
 void tst_TimeBudget::Parse_Texts()

@@ -14,9 +14,9 @@ using std::chrono::milliseconds;
 
 namespace {
 
-const milliseconds DEADLINE(50);
-const milliseconds LONG(3600000);
-const qint64 HOUR = 3600000000000; // in nanoseconds
+const milliseconds kDeadline(50);
+const milliseconds kLong(3600000);
+const qint64 kHour = 3600000000000; // in nanoseconds
 
 } // namespace
 
@@ -47,8 +47,8 @@ private slots:
 private:
     void SetState(const char *szState, const char *szName = "kx-camera-sessi") const;
     void SetBusy(qint64 nOnProcessor, qint64 nQueued) const;
-    WaitClock Clock(milliseconds longest = LONG) const;
-    static void OutliveDeadline() { QTest::qSleep(static_cast<int>(DEADLINE.count()) + 10); }
+    WaitClock Clock(milliseconds longest = kLong) const;
+    static void OutliveDeadline() { QTest::qSleep(static_cast<int>(kDeadline.count()) + 10); }
 
     QTemporaryDir m_folder;
 };
@@ -75,14 +75,14 @@ void tst_WaitClock::SetBusy(qint64 nOnProcessor, qint64 nQueued) const
 
 WaitClock tst_WaitClock::Clock(milliseconds longest) const
 {
-    WaitClock clock(m_folder.path().toStdString(), DEADLINE, longest);
+    WaitClock clock(m_folder.path().toStdString(), kDeadline, longest);
     clock.Restart();
     return clock;
 }
 
 void tst_WaitClock::HasExpired_ProcessWaits_AfterTheDeadline()
 {
-    WaitClock clock(m_folder.path().toStdString(), LONG, LONG);
+    WaitClock clock(m_folder.path().toStdString(), kLong, kLong);
     clock.Restart();
     QVERIFY(!clock.HasExpired());
     const WaitClock soon = Clock();
@@ -106,7 +106,7 @@ void tst_WaitClock::HasExpired_ProcessIsInTheRunQueue_Never()
 void tst_WaitClock::HasExpired_ProcessIsRunnableForTheLongestTime_Has()
 {
     SetState("R");
-    const WaitClock clock = Clock(DEADLINE);
+    const WaitClock clock = Clock(kDeadline);
     OutliveDeadline();
     QVERIFY(clock.HasExpired());
 }
@@ -114,7 +114,7 @@ void tst_WaitClock::HasExpired_ProcessIsRunnableForTheLongestTime_Has()
 void tst_WaitClock::HasExpired_ProcessWorked_TimeIsGranted()
 {
     const WaitClock clock = Clock();
-    SetBusy(HOUR, 0);
+    SetBusy(kHour, 0);
     OutliveDeadline();
     QVERIFY(!clock.HasExpired());
 }
@@ -125,14 +125,14 @@ void tst_WaitClock::HasExpired_ProcessQueued_TimeIsGrantedOnceItIsOver()
     SetState("R");
     OutliveDeadline();
     // The kernel adds the stay in the queue when it ends.
-    SetBusy(0, HOUR);
+    SetBusy(0, kHour);
     SetState("S");
     QVERIFY(!clock.HasExpired());
 }
 
 void tst_WaitClock::HasExpired_WorkBeforeTheCall_IsNotGranted()
 {
-    SetBusy(HOUR, HOUR);
+    SetBusy(kHour, kHour);
     const WaitClock clock = Clock();
     OutliveDeadline();
     QVERIFY(clock.HasExpired());
@@ -148,7 +148,7 @@ void tst_WaitClock::HasExpired_NameLooksLikeAState_IsNotMistaken()
 
 void tst_WaitClock::HasExpired_ProcessIsGone_AfterTheDeadline()
 {
-    WaitClock clock(m_folder.filePath("none").toStdString(), DEADLINE, LONG);
+    WaitClock clock(m_folder.filePath("none").toStdString(), kDeadline, kLong);
     clock.Restart();
     OutliveDeadline();
     QVERIFY(clock.HasExpired());
@@ -156,7 +156,7 @@ void tst_WaitClock::HasExpired_ProcessIsGone_AfterTheDeadline()
 
 void tst_WaitClock::Restart_DeadlineIsNear_StartsAnew()
 {
-    WaitClock clock(m_folder.path().toStdString(), milliseconds(2000), LONG);
+    WaitClock clock(m_folder.path().toStdString(), milliseconds(2000), kLong);
     QTest::qSleep(60);
     clock.Restart();
     QVERIFY2(clock.NextLook() > milliseconds(1960), qPrintable(QString::number(clock.NextLook().count())));
@@ -164,7 +164,7 @@ void tst_WaitClock::Restart_DeadlineIsNear_StartsAnew()
 
 void tst_WaitClock::Restart_LongestTimeIsOver_ChangesNothing()
 {
-    WaitClock clock = Clock(DEADLINE);
+    WaitClock clock = Clock(kDeadline);
     OutliveDeadline();
     clock.Restart();
     QVERIFY(clock.HasExpired());
@@ -172,18 +172,18 @@ void tst_WaitClock::Restart_LongestTimeIsOver_ChangesNothing()
 
 void tst_WaitClock::SetLongest_Shorter_Holds()
 {
-    WaitClock clock(m_folder.path().toStdString(), LONG, LONG);
+    WaitClock clock(m_folder.path().toStdString(), kLong, kLong);
     clock.Restart();
-    clock.SetLongest(DEADLINE);
+    clock.SetLongest(kDeadline);
     OutliveDeadline();
     QVERIFY(clock.HasExpired());
-    clock.SetLongest(LONG);
+    clock.SetLongest(kLong);
     QVERIFY(!clock.HasExpired());
 }
 
 void tst_WaitClock::NextLook_FarFromTheDeadline_IsJustBehindIt()
 {
-    WaitClock clock(m_folder.path().toStdString(), milliseconds(100000), LONG);
+    WaitClock clock(m_folder.path().toStdString(), milliseconds(100000), kLong);
     clock.Restart();
     const auto next = clock.NextLook();
     QVERIFY2(next > milliseconds(90000) && next <= milliseconds(100001),
@@ -200,7 +200,7 @@ void tst_WaitClock::NextLook_DeadlineIsOver_IsSoonButNotAtOnce()
 
 void tst_WaitClock::NextLook_LongestTimeIsNearer_IsJustBehindThat()
 {
-    WaitClock clock(m_folder.path().toStdString(), LONG, milliseconds(100000));
+    WaitClock clock(m_folder.path().toStdString(), kLong, milliseconds(100000));
     clock.Restart();
     const auto next = clock.NextLook();
     QVERIFY2(next > milliseconds(90000) && next <= milliseconds(100001),
@@ -214,12 +214,12 @@ void tst_WaitClock::Process_SleepsOrIsStopped_Expires()
         for (;;)
             pause();
     }
-    WaitClock sleeping(nChild, DEADLINE, LONG);
+    WaitClock sleeping(nChild, kDeadline, kLong);
     sleeping.Restart();
     QTRY_VERIFY(sleeping.HasExpired());
     kill(nChild, SIGSTOP);
     waitpid(nChild, nullptr, WUNTRACED);
-    WaitClock stopped(nChild, DEADLINE, LONG);
+    WaitClock stopped(nChild, kDeadline, kLong);
     stopped.Restart();
     QTRY_VERIFY(stopped.HasExpired());
     kill(nChild, SIGKILL);

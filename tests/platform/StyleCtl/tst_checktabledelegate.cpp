@@ -45,13 +45,13 @@ private:
 
 namespace {
 
-const QColor BASE("#ffffff");
-const QColor ALTERNATE("#f8f9fa");
-const QColor SELECTED("#ffe4d0");
-const QColor SELECTED_UNFOCUSED("#eceef2");
-const QColor HOVERED("#fff3ea");
-const QColor ACCENT("#f76900");
-const QColor WEAK_TEXT("#6c6c6c");
+const QColor kBase("#ffffff");
+const QColor kAlternate("#f8f9fa");
+const QColor kSelected("#ffe4d0");
+const QColor kSelectedUnfocused("#eceef2");
+const QColor kHovered("#fff3ea");
+const QColor kAccent("#f76900");
+const QColor kWeakText("#6c6c6c");
 
 /// First column of the picture's middle line that is not of this colour; -1 when there is none.
 int FirstOtherThan(const QImage &image, const QColor &color)
@@ -106,52 +106,52 @@ void tst_CheckTableDelegate::FillWithBlocks(int nRow, int nColumn)
 
 void tst_CheckTableDelegate::Background_Rows_Alternate()
 {
-    QCOMPARE(BackgroundOf(0), BASE);
-    QCOMPARE(BackgroundOf(1), ALTERNATE);
-    QCOMPARE(BackgroundOf(2, 0), BASE);
+    QCOMPARE(BackgroundOf(0), kBase);
+    QCOMPARE(BackgroundOf(1), kAlternate);
+    QCOMPARE(BackgroundOf(2, 0), kBase);
 }
 
 void tst_CheckTableDelegate::Background_SelectedRow_TellsWhereTheFocusIs()
 {
     m_pTable->selectRow(1);
-    QCOMPARE(BackgroundOf(1), SELECTED_UNFOCUSED);
+    QCOMPARE(BackgroundOf(1), kSelectedUnfocused);
     m_pTable->setFocus();
-    QCOMPARE(BackgroundOf(1), SELECTED);
-    QCOMPARE(BackgroundOf(1, 2), SELECTED);
-    QCOMPARE(BackgroundOf(0), BASE);
+    QCOMPARE(BackgroundOf(1), kSelected);
+    QCOMPARE(BackgroundOf(1, 2), kSelected);
+    QCOMPARE(BackgroundOf(0), kBase);
 }
 
 void tst_CheckTableDelegate::Background_SelectedRowOfADisabledTable_IsTheUnfocusedOne()
 {
     m_pTable->selectRow(1);
     m_pTable->setDisabled(true);
-    QCOMPARE(BackgroundOf(1), SELECTED_UNFOCUSED);
+    QCOMPARE(BackgroundOf(1), kSelectedUnfocused);
 }
 
 void tst_CheckTableDelegate::Background_HoveredRow_IsPale()
 {
     MoveMouseTo(1);
-    QCOMPARE(BackgroundOf(1, 1), HOVERED);
-    QCOMPARE(BackgroundOf(1, 2), HOVERED);
-    QCOMPARE(BackgroundOf(0), BASE);
+    QCOMPARE(BackgroundOf(1, 1), kHovered);
+    QCOMPARE(BackgroundOf(1, 2), kHovered);
+    QCOMPARE(BackgroundOf(0), kBase);
     MoveMouseTo(0);
-    QCOMPARE(BackgroundOf(0), HOVERED);
-    QCOMPARE(BackgroundOf(1), ALTERNATE);
+    QCOMPARE(BackgroundOf(0), kHovered);
+    QCOMPARE(BackgroundOf(1), kAlternate);
 }
 
 void tst_CheckTableDelegate::Background_HoverOverAnEmptyRow_ShowsNothing()
 {
     MoveMouseTo(1);
     MoveMouseTo(4);
-    QCOMPARE(BackgroundOf(4), BASE);
-    QCOMPARE(BackgroundOf(1), ALTERNATE);
+    QCOMPARE(BackgroundOf(4), kBase);
+    QCOMPARE(BackgroundOf(1), kAlternate);
 }
 
 void tst_CheckTableDelegate::Background_HoverInADisabledTable_ShowsNothing()
 {
     MoveMouseTo(1);
     m_pTable->setDisabled(true);
-    QCOMPARE(BackgroundOf(1), ALTERNATE);
+    QCOMPARE(BackgroundOf(1), kAlternate);
 }
 
 void tst_CheckTableDelegate::Background_HoverOverTheSelectedRow_StaysSelected()
@@ -159,7 +159,7 @@ void tst_CheckTableDelegate::Background_HoverOverTheSelectedRow_StaysSelected()
     m_pTable->selectRow(1);
     m_pTable->setFocus();
     MoveMouseTo(1);
-    QCOMPARE(BackgroundOf(1), SELECTED);
+    QCOMPARE(BackgroundOf(1), kSelected);
 }
 
 void tst_CheckTableDelegate::Background_MouseLeaves_HoverEnds()
@@ -167,16 +167,16 @@ void tst_CheckTableDelegate::Background_MouseLeaves_HoverEnds()
     MoveMouseTo(1);
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(m_pTable->viewport(), &leave);
-    QCOMPARE(BackgroundOf(1), ALTERNATE);
+    QCOMPARE(BackgroundOf(1), kAlternate);
 }
 
 void tst_CheckTableDelegate::Background_OwnColour_IsShownUntilHovered()
 {
     m_pTable->item(1, 1)->setBackground(QColor("#123456"));
     QCOMPARE(BackgroundOf(1, 1), QColor("#123456"));
-    QCOMPARE(BackgroundOf(1, 2), ALTERNATE);
+    QCOMPARE(BackgroundOf(1, 2), kAlternate);
     MoveMouseTo(1);
-    QCOMPARE(BackgroundOf(1, 1), HOVERED);
+    QCOMPARE(BackgroundOf(1, 1), kHovered);
 }
 
 void tst_CheckTableDelegate::Frame_CurrentRow_GoesAroundTheWholeRow()
@@ -188,26 +188,26 @@ void tst_CheckTableDelegate::Frame_CurrentRow_GoesAroundTheWholeRow()
         const int nRight = cell.width() - 1;
         const int nY = 5; // above the check box
         for (int x : {4, nRight / 2, nRight - 2}) {
-            QCOMPARE(cell.pixelColor(x, 0), ACCENT);
-            QCOMPARE(cell.pixelColor(x, 1), SELECTED);
-            QCOMPARE(cell.pixelColor(x, cell.height() - 2), SELECTED);
-            QCOMPARE(cell.pixelColor(x, cell.height() - 1), ACCENT);
+            QCOMPARE(cell.pixelColor(x, 0), kAccent);
+            QCOMPARE(cell.pixelColor(x, 1), kSelected);
+            QCOMPARE(cell.pixelColor(x, cell.height() - 2), kSelected);
+            QCOMPARE(cell.pixelColor(x, cell.height() - 1), kAccent);
         }
-        QCOMPARE(cell.pixelColor(0, nY), nColumn == 0 ? ACCENT : SELECTED);
-        QCOMPARE(cell.pixelColor(2, nY), nColumn == 0 ? ACCENT : SELECTED);
-        QCOMPARE(cell.pixelColor(3, nY), SELECTED);
-        QCOMPARE(cell.pixelColor(nRight - 1, nY), SELECTED);
-        QCOMPARE(cell.pixelColor(nRight, nY), nColumn == 2 ? ACCENT : SELECTED);
+        QCOMPARE(cell.pixelColor(0, nY), nColumn == 0 ? kAccent : kSelected);
+        QCOMPARE(cell.pixelColor(2, nY), nColumn == 0 ? kAccent : kSelected);
+        QCOMPARE(cell.pixelColor(3, nY), kSelected);
+        QCOMPARE(cell.pixelColor(nRight - 1, nY), kSelected);
+        QCOMPARE(cell.pixelColor(nRight, nY), nColumn == 2 ? kAccent : kSelected);
     }
-    QCOMPARE(m_pTable->CellImage(0, 0).pixelColor(0, 5), BASE);
-    QCOMPARE(m_pTable->CellImage(2, 0).pixelColor(10, 0), BASE);
+    QCOMPARE(m_pTable->CellImage(0, 0).pixelColor(0, 5), kBase);
+    QCOMPARE(m_pTable->CellImage(2, 0).pixelColor(10, 0), kBase);
 }
 
 void tst_CheckTableDelegate::Frame_FocusElsewhere_None()
 {
     m_pTable->setCurrentCell(1, 1);
-    QCOMPARE(m_pTable->CellImage(1, 0).pixelColor(0, 5), SELECTED_UNFOCUSED);
-    QCOMPARE(m_pTable->CellImage(1, 0).pixelColor(10, 0), SELECTED_UNFOCUSED);
+    QCOMPARE(m_pTable->CellImage(1, 0).pixelColor(0, 5), kSelectedUnfocused);
+    QCOMPARE(m_pTable->CellImage(1, 0).pixelColor(10, 0), kSelectedUnfocused);
 }
 
 void tst_CheckTableDelegate::CheckBox_States_LookDifferent()
@@ -219,8 +219,8 @@ void tst_CheckTableDelegate::CheckBox_States_LookDifferent()
     const QImage partly = m_pTable->CellImage(0, 0);
     QVERIFY(cleared != ticked && ticked != partly && cleared != partly);
     const QPoint inside = cleared.rect().center() - QPoint(5, 5);
-    QCOMPARE(cleared.pixelColor(inside), BASE);
-    QCOMPARE(ticked.pixelColor(inside), ACCENT);
+    QCOMPARE(cleared.pixelColor(inside), kBase);
+    QCOMPARE(ticked.pixelColor(inside), kAccent);
 }
 
 void tst_CheckTableDelegate::CheckBox_DisabledTable_LooksDifferent()
@@ -239,10 +239,10 @@ void tst_CheckTableDelegate::CheckBox_Hovered_HasTheAccentAsItsBorder()
         return cell.pixelColor(cell.width() / 2, nTop);
     };
     MoveMouseTo(0);
-    QCOMPARE(border(0), ACCENT);
-    QVERIFY(border(1) != ACCENT);
+    QCOMPARE(border(0), kAccent);
+    QVERIFY(border(1) != kAccent);
     m_pTable->setCheckBoxEnable(0, 0, false);
-    QVERIFY(border(0) != ACCENT); // there is nothing to click on
+    QVERIFY(border(0) != kAccent); // there is nothing to click on
 }
 
 void tst_CheckTableDelegate::Icon_WithoutText_StandsInTheMiddle()
@@ -250,13 +250,13 @@ void tst_CheckTableDelegate::Icon_WithoutText_StandsInTheMiddle()
     m_pTable->setIconSize(QSize(10, 10));
     m_pTable->item(0, 2)->setIcon(RedIcon(10));
     const QImage cell = m_pTable->CellImage(0, 2);
-    int nLeft = FirstOtherThan(cell, BASE);
-    int nRight = FirstOtherThan(cell.mirrored(true, false), BASE);
+    int nLeft = FirstOtherThan(cell, kBase);
+    int nRight = FirstOtherThan(cell.mirrored(true, false), kBase);
     QVERIFY2(qAbs(nLeft - nRight) <= 1, qPrintable(QString("%1, %2").arg(nLeft).arg(nRight)));
     QCOMPARE(cell.pixelColor(cell.rect().center()), QColor(Qt::red));
 
     m_pTable->item(0, 2)->setText("text");
-    nLeft = FirstOtherThan(m_pTable->CellImage(0, 2), BASE);
+    nLeft = FirstOtherThan(m_pTable->CellImage(0, 2), kBase);
     QVERIFY2(nLeft < 12, qPrintable(QString::number(nLeft))); // at the start, with its text
 }
 
@@ -277,7 +277,7 @@ void tst_CheckTableDelegate::Text_InACell_StandsBelowThatOfTheHeader()
     const QImage header = m_pTable->Header()->viewport()->grab(section).toImage();
     const int nInHeader = FirstOtherThan(header, header.pixelColor(1, header.height() / 2));
     QVERIFY(nInHeader > 0);
-    QCOMPARE(FirstOtherThan(m_pTable->CellImage(0, 1), BASE), nInHeader);
+    QCOMPARE(FirstOtherThan(m_pTable->CellImage(0, 1), kBase), nInHeader);
 }
 
 void tst_CheckTableDelegate::Text_TooLong_EndsInAnEllipsis()
@@ -295,7 +295,7 @@ void tst_CheckTableDelegate::Text_DisabledTable_IsWeakerButReadable()
     FillWithBlocks(0, 1);
     m_pTable->setDisabled(true);
     const QImage cell = m_pTable->CellImage(0, 1);
-    QCOMPARE(cell.pixelColor(14, cell.height() / 2), WEAK_TEXT);
+    QCOMPARE(cell.pixelColor(14, cell.height() / 2), kWeakText);
 }
 
 void tst_CheckTableDelegate::Text_OwnColourInADisabledTable_IsKept()

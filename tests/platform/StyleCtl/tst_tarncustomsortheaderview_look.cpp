@@ -61,12 +61,12 @@ public:
     int m_nPaints = 0;
 };
 
-const QColor HEADER("#eaecef");
-const QColor HOVERED("#e0e3e8");
-const QColor LINE("#d9dce1");
-const QColor ACCENT("#f76900");
-const QColor TEXT("#333333");
-const QColor TEXT_DISABLED("#9a9ea5");
+const QColor kHeader("#eaecef");
+const QColor kHovered("#e0e3e8");
+const QColor kLine("#d9dce1");
+const QColor kAccent("#f76900");
+const QColor kText("#333333");
+const QColor kTextDisabled("#9a9ea5");
 
 } // namespace
 
@@ -116,7 +116,7 @@ QVector<int> tst_TarnCustomSortHeaderViewLook::ArrowRows(int nSection) const
     for (int y = 0; y < section.height(); ++y) {
         int nWidth = 0;
         for (int x = 0; x < section.width(); ++x)
-            nWidth += section.pixelColor(x, y) == ACCENT ? 1 : 0;
+            nWidth += section.pixelColor(x, y) == kAccent ? 1 : 0;
         if (nWidth)
             vecRows.append(nWidth);
     }
@@ -129,7 +129,7 @@ QPair<int, int> tst_TarnCustomSortHeaderViewLook::TextColumns(int nSection) cons
     const QImage section = SectionImage(nSection);
     QPair<int, int> columns(-1, -1);
     for (int x = 0; x < section.width() - 1; ++x) {
-        if (section.pixelColor(x, section.height() / 2) == HEADER)
+        if (section.pixelColor(x, section.height() / 2) == kHeader)
             continue;
         columns.first = columns.first < 0 ? x : columns.first;
         columns.second = x;
@@ -174,7 +174,7 @@ void tst_TarnCustomSortHeaderViewLook::Paint_Arrow_StandsInTheMiddleAboveTheText
     QRect arrow;
     for (int y = 0; y < section.height(); ++y) {
         for (int x = 0; x < section.width(); ++x) {
-            if (section.pixelColor(x, y) == ACCENT)
+            if (section.pixelColor(x, y) == kAccent)
                 arrow |= QRect(x, y, 1, 1);
         }
     }
@@ -189,19 +189,19 @@ void tst_TarnCustomSortHeaderViewLook::Paint_HoveredSection_ShowsWhatCanBeSorted
     m_pHeader->clearFocus(); // its ring would cover them
     const auto color = [this](int nSection) { return SectionImage(nSection).pixelColor(2, 2); };
     Hover(2);
-    QCOMPARE(color(2), HOVERED);
-    QCOMPARE(color(3), HEADER);
+    QCOMPARE(color(2), kHovered);
+    QCOMPARE(color(3), kHeader);
     Hover(0); // offers no sorting
-    QCOMPARE(color(0), HEADER);
-    QCOMPARE(color(2), HEADER);
+    QCOMPARE(color(0), kHeader);
+    QCOMPARE(color(2), kHeader);
     Hover(2);
     m_pHeader->setDisabled(true);
-    QCOMPARE(color(2), HEADER);
+    QCOMPARE(color(2), kHeader);
     m_pHeader->setDisabled(false);
     Hover(2);
     QHoverEvent leave(QEvent::HoverLeave, QPoint(-1, -1), QPoint(5, 5));
     QApplication::sendEvent(m_pHeader->viewport(), &leave);
-    QCOMPARE(color(2), HEADER);
+    QCOMPARE(color(2), kHeader);
 }
 
 void tst_TarnCustomSortHeaderViewLook::Paint_Sections_HaveLinesBelowAndBetween()
@@ -210,13 +210,13 @@ void tst_TarnCustomSortHeaderViewLook::Paint_Sections_HaveLinesBelowAndBetween()
     for (int nSection : {0, 2, 3}) {
         const QImage section = SectionImage(nSection);
         const int nRight = section.width() - 1;
-        QCOMPARE(section.pixelColor(3, section.height() - 1), LINE);
-        QCOMPARE(section.pixelColor(3, section.height() - 2), HEADER);
-        QCOMPARE(section.pixelColor(nRight, 3), nSection == 3 ? HEADER : LINE);
-        QCOMPARE(section.pixelColor(nRight - 1, 3), HEADER);
+        QCOMPARE(section.pixelColor(3, section.height() - 1), kLine);
+        QCOMPARE(section.pixelColor(3, section.height() - 2), kHeader);
+        QCOMPARE(section.pixelColor(nRight, 3), nSection == 3 ? kHeader : kLine);
+        QCOMPARE(section.pixelColor(nRight - 1, 3), kHeader);
     }
     const QImage whole = m_pHeader->viewport()->grab().toImage();
-    QCOMPARE(whole.pixelColor(whole.width() - 2, 3), HEADER); // right of the last section
+    QCOMPARE(whole.pixelColor(whole.width() - 2, 3), kHeader); // right of the last section
 }
 
 void tst_TarnCustomSortHeaderViewLook::Paint_Text_FollowsItsAlignment()
@@ -235,9 +235,9 @@ void tst_TarnCustomSortHeaderViewLook::Paint_Text_IsGreyWhenDisabled()
     m_pTable->setHorizontalHeaderItem(2, new QTableWidgetItem(QString(6, QChar(0x2588))));
     m_pHeader->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const QPoint inside(14, m_pHeader->height() / 2);
-    QCOMPARE(SectionImage(2).pixelColor(inside), TEXT);
+    QCOMPARE(SectionImage(2).pixelColor(inside), kText);
     m_pHeader->setDisabled(true);
-    QCOMPARE(SectionImage(2).pixelColor(inside), TEXT_DISABLED);
+    QCOMPARE(SectionImage(2).pixelColor(inside), kTextDisabled);
 }
 
 void tst_TarnCustomSortHeaderViewLook::Paint_TextTooLong_EndsInAnEllipsis()
@@ -253,7 +253,7 @@ void tst_TarnCustomSortHeaderViewLook::Paint_Focus_RingGoesAroundTheChosenSectio
     const auto hasRing = [this](int nSection) {
         const QImage section = SectionImage(nSection);
         for (int x = 0; x < 4; ++x) {
-            if (section.pixelColor(x, section.height() / 2) == ACCENT)
+            if (section.pixelColor(x, section.height() / 2) == kAccent)
                 return true;
         }
         return false;

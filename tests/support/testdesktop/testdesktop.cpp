@@ -18,7 +18,7 @@
 
 namespace {
 
-const int SERVER_START_MS = 20000;
+const int kServerStartMs = 20000;
 
 /// One line that a child writes, without its end; empty when it does not come.
 QByteArray ReadLine(int nDescriptor)
@@ -26,7 +26,7 @@ QByteArray ReadLine(int nDescriptor)
     QByteArray line;
     char c = 0;
     pollfd waited = {nDescriptor, POLLIN, 0};
-    while (poll(&waited, 1, SERVER_START_MS) == 1 && read(nDescriptor, &c, 1) == 1 && c != '\n')
+    while (poll(&waited, 1, kServerStartMs) == 1 && read(nDescriptor, &c, 1) == 1 && c != '\n')
         line += c;
     return line;
 }
@@ -79,7 +79,7 @@ bool TestDesktop::StartWindowManager()
     const QTemporaryDir directory;
     const QString strReady = directory.filePath(QStringLiteral("ready"));
     Spawn({"openbox", "--sm-disable", "--startup", "touch " + QFile::encodeName(strReady)}, -1);
-    const QDeadlineTimer deadline(SERVER_START_MS);
+    const QDeadlineTimer deadline(kServerStartMs);
     while (!QFile::exists(strReady) && !deadline.hasExpired())
         QThread::msleep(10);
     if (QFile::exists(strReady))

@@ -36,7 +36,7 @@ public:
     /// code, the faulty camera's row and file, its neighbours' files, the time, that the batch leaves no
     /// process and the farm no descriptor behind, and that the camera can be had again without the fault.
     /// Empty, or what was not as it should be.
-    QString Play(const QByteArray &fault, Wanted wanted, qint64 longestMs = LONGEST_MS);
+    QString Play(const QByteArray &fault, Wanted wanted, qint64 longestMs = kLongestMs);
 
     /// The steps of Play(), for cases of their own.
     QString StartFarm(const QStringList &more = {});
@@ -60,7 +60,7 @@ public:
     const QByteArray &Reference() const { return m_reference; }
 
     /// The longest that a batch with a dead camera may take: 3 s, and room for a busy machine.
-    static constexpr qint64 LONGEST_MS = 12000;
+    static constexpr qint64 kLongestMs = 12000;
 
 private:
     QString CheckFaulty(const Outcome &outcome, Wanted wanted) const;

@@ -75,7 +75,7 @@ void tst_Faults_Control::Export_EachFeatureTakesLong_EndsWithTheTimeBudget()
     const FaultBatch::Outcome again = m_batch.Export();
 
     QCOMPARE(outcome.run.exitCode, 0);
-    QVERIFY2(outcome.nMilliseconds < FaultBatch::LONGEST_MS,
+    QVERIFY2(outcome.nMilliseconds < FaultBatch::kLongestMs,
              qPrintable(QString::number(outcome.nMilliseconds)));
     QCOMPARE(m_batch.CheckNeighbours(outcome), QString());
     QCOMPARE(m_batch.CheckLeftovers(outcome), QString());

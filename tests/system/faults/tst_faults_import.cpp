@@ -62,7 +62,7 @@ QString tst_Faults_Import::Play(const QList<QByteArray> &faults, const QByteArra
     const FaultBatch::Outcome import = m_batch.Import(file);
     if (import.run.exitCode != 0)
         return QString::fromUtf8(import.run.out + import.run.err);
-    if (import.nMilliseconds > FaultBatch::LONGEST_MS)
+    if (import.nMilliseconds > FaultBatch::kLongestMs)
         return QStringLiteral("it took %1 ms").arg(import.nMilliseconds);
     error = m_batch.CheckLeftovers(import);
     if (error.isEmpty())

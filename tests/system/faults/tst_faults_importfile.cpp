@@ -148,7 +148,7 @@ void tst_Faults_ImportFile::Import_TooMuchMarkup_TakesLittleMemory()
     for (int camera = 1; camera <= 3; ++camera)
         QCOMPARE(outcome.run.Camera(m_batch.Address(camera)).value("message").toString(),
                  QString("Failed to import features.Failed to load xml."));
-    QVERIFY2(outcome.nMilliseconds < FaultBatch::LONGEST_MS, QByteArray::number(outcome.nMilliseconds));
+    QVERIFY2(outcome.nMilliseconds < FaultBatch::kLongestMs, QByteArray::number(outcome.nMilliseconds));
 #if !defined(__SANITIZE_ADDRESS__)
     QVERIFY2(LargestChild() < 120L * 1024, QByteArray::number(static_cast<int>(LargestChild())));
 #endif

@@ -29,7 +29,7 @@ private:
     QStringList Addresses() const;
     QString CheckFiles(const CompanionRun &run) const;
 
-    static constexpr int CAMERAS = 20;
+    static constexpr int kCameras = 20;
     CameraFarm m_farm;
     QByteArray m_reference;
     QScopedPointer<QTemporaryDir> m_folder;
@@ -44,7 +44,7 @@ void tst_Faults_Limits::initTestCase()
 {
     if (!CameraFarm::IsInstalled())
         QSKIP("kx-camera-farm is not built");
-    QVERIFY2(m_farm.Start({"--count", QString::number(CAMERAS), "--first-address", "127.50.22.1"}),
+    QVERIFY2(m_farm.Start({"--count", QString::number(kCameras), "--first-address", "127.50.22.1"}),
              qPrintable(m_farm.Error()));
     init();
     QCOMPARE(RunCompanion(Export({"--address", "127.50.22.1"})).exitCode, 0);
@@ -87,7 +87,7 @@ QStringList tst_Faults_Limits::Export(const QStringList &cameras) const
 QStringList tst_Faults_Limits::Addresses() const
 {
     QStringList addresses = {"--address"};
-    for (int camera = 1; camera <= CAMERAS; ++camera)
+    for (int camera = 1; camera <= kCameras; ++camera)
         addresses << kNetwork + QString::number(camera);
     return addresses;
 }
@@ -100,7 +100,7 @@ QString tst_Faults_Limits::CheckFiles(const CompanionRun &run) const
         if (ReadFile(m_folder->filePath(name)) != m_reference)
             return "another file: " + name;
     }
-    const bool good = names.size() == CAMERAS && run.out.count("ok ") == CAMERAS;
+    const bool good = names.size() == kCameras && run.out.count("ok ") == kCameras;
     return good ? QString()
                 : QString("exit code %1, %2 files: ").arg(run.exitCode).arg(names.size()) +
                       QString::fromUtf8(run.out + run.err);

@@ -22,7 +22,7 @@ private:
 
 namespace {
 
-const int LIMIT_MS = 60000;
+const int kLimitMs = 60000;
 
 /// Every file of the build folder that a process has mapped or open.
 QStringList BuildFilesOf(qint64 processId)
@@ -45,7 +45,7 @@ void tst_Install::initTestCase()
 {
     QProcess install;
     install.start(CMAKE_PROGRAM, {"--install", PROJECT_BINARY_DIR, "--prefix", m_prefix.path()});
-    QVERIFY(install.waitForFinished(LIMIT_MS));
+    QVERIFY(install.waitForFinished(kLimitMs));
     QVERIFY2(install.exitCode() == 0, install.readAllStandardError().constData());
 }
 
@@ -57,13 +57,13 @@ void tst_Install::Batch_FromTheInstallation_UsesOnlyWhatIsThere()
     QProcess companion;
     companion.start(Installed("bin/kx-features"),
                     {"export", "--to", folder.path(), "--address", "127.64.1.1"});
-    QVERIFY(companion.waitForFinished(LIMIT_MS));
+    QVERIFY(companion.waitForFinished(kLimitMs));
     QVERIFY2(companion.exitCode() == 0, companion.readAllStandardError().constData());
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList("SimCam-150_SIM0001.kfb"));
     // It does so with the helper that was installed, not with the one of the build folder.
     QVERIFY(QFile::remove(Installed("libexec/kx-camera-session")));
     companion.start();
-    QVERIFY(companion.waitForFinished(LIMIT_MS));
+    QVERIFY(companion.waitForFinished(kLimitMs));
     QCOMPARE(companion.exitCode(), 1);
 }
 
@@ -76,7 +76,7 @@ void tst_Install::Window_FromTheInstallation_FindsItsFiles()
     QProcess window;
     window.setProcessEnvironment(environment);
     window.start(Installed("bin/Lumo_ImportExportFeatures"), {});
-    QVERIFY(window.waitForStarted(LIMIT_MS));
+    QVERIFY(window.waitForStarted(kLimitMs));
     const QString strMaps = QStringLiteral("/proc/%1/maps").arg(window.processId());
     const auto hasMapped = [&](const char *pName) {
         QFile maps(strMaps);
@@ -86,11 +86,11 @@ void tst_Install::Window_FromTheInstallation_FindsItsFiles()
         return hasMapped("lib/libDevListMgr.so") &&
                hasMapped("share/lumo-import-export-features/rcc/lumo.rcc");
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isUp() || window.state() == QProcess::NotRunning, LIMIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp() || window.state() == QProcess::NotRunning, kLimitMs);
     QVERIFY2(window.state() == QProcess::Running, "it ended by itself");
     QCOMPARE(BuildFilesOf(window.processId()), QStringList());
     window.kill();
-    QVERIFY(window.waitForFinished(LIMIT_MS));
+    QVERIFY(window.waitForFinished(kLimitMs));
 }
 
 QTEST_GUILESS_MAIN(tst_Install)

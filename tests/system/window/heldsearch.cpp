@@ -8,8 +8,8 @@
 
 namespace {
 
-const unsigned int ROUND_MS = 400;
-const int PAUSE_MS = 200; // tests wait for rounds
+const unsigned int kRoundMs = 400;
+const int kPauseMs = 200; // tests wait for rounds
 
 /// What the camera SDK enumerates, unless it is held.
 class HeldSource : public DeviceSource
@@ -29,7 +29,7 @@ public:
         if (!m_hEnumerator && KX_CC_CreateEnumerator(&m_hEnumerator, nTransports) != KX_CC_OK)
             return std::nullopt;
         KX_CC_DEVICE_LIST list = {0, nullptr};
-        if (KX_CC_Enumerate(m_hEnumerator, ROUND_MS, &list) != KX_CC_OK)
+        if (KX_CC_Enumerate(m_hEnumerator, kRoundMs, &list) != KX_CC_OK)
             return std::nullopt;
         QVector<KX_CC_DEVICE_INFO> vecDevices;
         for (unsigned int i = 0; i < list.nDeviceNum; ++i)
@@ -37,7 +37,7 @@ public:
         return vecDevices;
     }
     bool isOpen(const KX_CC_DEVICE_INFO &stDevInfo) const override { return KX_CC_IsDeviceOpen(&stDevInfo); }
-    int pauseMs() const override { return PAUSE_MS; }
+    int pauseMs() const override { return kPauseMs; }
 
 private:
     const std::shared_ptr<HeldSearch::State> m_pState;

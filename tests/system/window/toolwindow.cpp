@@ -17,7 +17,7 @@ void ToolWindow::Show(int nCameras)
 {
     m_pWindow->show();
     QVERIFY(QTest::qWaitForWindowActive(m_pWindow.get(), 20000));
-    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->GetEnabledNum() >= nCameras, SEARCH_LIMIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->GetEnabledNum() >= nCameras, kSearchLimitMs);
     if (m_pWindow->GetCameraNum() > nCameras)
         QSKIP("there are other cameras, and the system does not allow a network of our own");
 }

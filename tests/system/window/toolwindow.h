@@ -29,7 +29,7 @@ public:
     WindowHands Hands() const { return WindowHands(*m_pWindow); }
     QString Home() const { return m_home.path(); }
 
-    static const int SEARCH_LIMIT_MS = 30000; ///< a camera that goes is missed three times first
+    static const int kSearchLimitMs = 30000; ///< a camera that goes is missed three times first
 
 private:
     QTemporaryDir m_home;

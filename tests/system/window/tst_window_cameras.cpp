@@ -10,10 +10,10 @@
 
 namespace {
 
-const int CAMERAS = 4;
-const QStringList SERIALS{"SIM0001", "SIM0002", "SIM0003", "SIM0004"};
-const QByteArray FIRST = "127.61.1.1";
-const int SEARCH_LIMIT_MS = ToolWindow::SEARCH_LIMIT_MS;
+const int kCameras = 4;
+const QStringList kSerials{"SIM0001", "SIM0002", "SIM0003", "SIM0004"};
+const QByteArray kFirst = "127.61.1.1";
+const int kSearchLimitMs = ToolWindow::kSearchLimitMs;
 
 } // namespace
 
@@ -63,7 +63,7 @@ void tst_WindowCameras::initTestCase()
 {
     if (const QString strWhy = WindowTestObstacle(); !strWhy.isEmpty())
         QSKIP(qPrintable(strWhy));
-    QVERIFY2(m_farm.Start({"--count", QString::number(CAMERAS), "--first-address", FIRST}),
+    QVERIFY2(m_farm.Start({"--count", QString::number(kCameras), "--first-address", kFirst}),
              qPrintable(m_farm.Error()));
 }
 
@@ -71,7 +71,7 @@ void tst_WindowCameras::init()
 {
     QCOMPARE(m_farm.Command("clear *"), QByteArray("ok"));
     m_pTool = std::make_unique<ToolWindow>();
-    m_pTool->Show(CAMERAS);
+    m_pTool->Show(kCameras);
 }
 
 void tst_WindowCameras::cleanup()
@@ -82,11 +82,11 @@ void tst_WindowCameras::cleanup()
 
 void tst_WindowCameras::Rows_CamerasFound_ShowThem()
 {
-    QCOMPARE(Serials(), SERIALS);
+    QCOMPARE(Serials(), kSerials);
     QCOMPARE(Text(0, 5), QString("GigE Vision - lo"));
     QVERIFY(!Text(0, 2).isEmpty());
     QVERIFY(!Text(0, 6).isEmpty());
-    QCOMPARE(Tree()->findItem(LumoDeviceTree::AllCamerasItem, -1)->text(1), QString::number(CAMERAS));
+    QCOMPARE(Tree()->findItem(LumoDeviceTree::AllCamerasItem, -1)->text(1), QString::number(kCameras));
 }
 
 void tst_WindowCameras::Message_Shown_StandsOverTheWindow()
@@ -118,7 +118,7 @@ void tst_WindowCameras::Tick_ByMouseAndKeyboard_EnablesTheButtons()
 void tst_WindowCameras::Header_Ticked_TicksAll()
 {
     Hands().ClickHeader(0);
-    QCOMPARE(Window().GetCheckedNum(), CAMERAS);
+    QCOMPARE(Window().GetCheckedNum(), kCameras);
     Hands().ClickHeader(0);
     QCOMPARE(Window().GetCheckedNum(), 0);
 }
@@ -126,9 +126,9 @@ void tst_WindowCameras::Header_Ticked_TicksAll()
 void tst_WindowCameras::Sort_ByClicks_TurnsTheOrder()
 {
     Hands().ClickHeader(4);
-    QCOMPARE(Serials(), SERIALS);
+    QCOMPARE(Serials(), kSerials);
     Hands().ClickHeader(4);
-    QStringList listTurned = SERIALS;
+    QStringList listTurned = kSerials;
     std::reverse(listTurned.begin(), listTurned.end());
     QCOMPARE(Serials(), listTurned);
 }
@@ -140,7 +140,7 @@ void tst_WindowCameras::Filter_GroupSelected_ShowsItsCameras()
     WindowHands::Click(Tree()->viewport(), Tree()->visualItemRect(pCamera).center());
     QCOMPARE(Window().GetEnabledNum(), 0); // a camera is no group
     WindowHands::Click(Tree()->viewport(), Tree()->visualItemRect(pCamera->parent()).center());
-    QCOMPARE(Window().GetEnabledNum(), CAMERAS);
+    QCOMPARE(Window().GetEnabledNum(), kCameras);
 }
 
 void tst_WindowCameras::Export_AllCameras_WritesAFileEach()
@@ -150,8 +150,8 @@ void tst_WindowCameras::Export_AllCameras_WritesAFileEach()
     QCOMPARE(batch.strMessage, QString("Exporting process is over."));
     QCOMPARE(Hands().Counts(), QString("0, 4, 0"));
     const QStringList listFiles = QDir(m_pTool->Home()).entryList({"*.kfb"}, QDir::Files);
-    QCOMPARE(listFiles.size(), CAMERAS);
-    for (int nRow = 0; nRow < CAMERAS; ++nRow) {
+    QCOMPARE(listFiles.size(), kCameras);
+    for (int nRow = 0; nRow < kCameras; ++nRow) {
         QCOMPARE(Text(nRow, 8), QString("Exported."));
         QFile file(FileOf(nRow));
         QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
@@ -182,7 +182,7 @@ void tst_WindowCameras::Language_EventPosted_WindowChanges()
     QCoreApplication::postEvent(&Window(), new QEvent(QEvent::Type(1100)));
     QTRY_COMPARE(Window().findChild<TarnCustomPushButton *>("ExportBtn")->text(), QString::fromUtf8("导出"));
     QCOMPARE(Table()->horizontalHeaderItem(4)->text(), QString::fromUtf8("序列号"));
-    QCOMPARE(Serials(), SERIALS);
+    QCOMPARE(Serials(), kSerials);
 }
 
 void tst_WindowCameras::Batch_CloseRequested_WindowStays()
@@ -217,19 +217,19 @@ void tst_WindowCameras::Batch_CameraUnplugged_CostsItsRowAlone()
     QCOMPARE(Text(nRow, 8), QString("Failed to export features.Failed to open device."));
     QCOMPARE(Table()->item(nRow, 8)->foreground(), QBrush(Qt::red));
     QVERIFY(Window().isEnabled());
-    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), CAMERAS - 1, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), kCameras - 1, kSearchLimitMs);
     QCOMPARE(m_farm.Command("plug SIM0002"), QByteArray("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), CAMERAS, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), kCameras, kSearchLimitMs);
 }
 
 void tst_WindowCameras::Camera_UnpluggedAndBack_KeepsItsIdentifier()
 {
     const int nDeviceID = Table()->item(Hands().RowOf("SIM0003"), 0)->data(Qt::UserRole + 1).toInt();
     QCOMPARE(m_farm.Command("unplug SIM0003"), QByteArray("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), CAMERAS - 1, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), kCameras - 1, kSearchLimitMs);
     QCOMPARE(Hands().RowOf("SIM0003"), -1);
     QCOMPARE(m_farm.Command("plug SIM0003"), QByteArray("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), CAMERAS, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Window().GetCameraNum(), kCameras, kSearchLimitMs);
     QCOMPARE(Table()->item(Hands().RowOf("SIM0003"), 0)->data(Qt::UserRole + 1).toInt(), nDeviceID);
 }
 
@@ -238,12 +238,12 @@ void tst_WindowCameras::Camera_TakenByAnotherClient_CannotBeTicked()
     Hands().ClickRow(0);
     QVERIFY(Table()->cellCheckState(0, 0) == Qt::Checked);
     QCOMPARE(m_farm.Command("set SIM0001 control-held 1"), QByteArray("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(Table()->item(0, 7)->data(Qt::UserRole + 3).toInt(), 3, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Table()->item(0, 7)->data(Qt::UserRole + 3).toInt(), 3, kSearchLimitMs);
     QCOMPARE(Table()->cellCheckState(0, 0), Qt::Unchecked);
     Hands().ClickRow(0);
     QCOMPARE(Window().GetCheckedNum(), 0);
     QCOMPARE(m_farm.Command("clear SIM0001"), QByteArray("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(Table()->item(0, 7)->data(Qt::UserRole + 3).toInt(), 1, SEARCH_LIMIT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(Table()->item(0, 7)->data(Qt::UserRole + 3).toInt(), 1, kSearchLimitMs);
 }
 
 int main(int argc, char **argv)

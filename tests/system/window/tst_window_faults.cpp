@@ -13,13 +13,13 @@ Q_DECLARE_METATYPE(Wanted)
 
 namespace {
 
-const int CAMERAS = 3;
-const QString FAULTY = "SIM0002";
-const QStringList NEIGHBOURS{"SIM0001", "SIM0003"};
-const QString NOT_OPENED = "Failed to export features.Failed to open device.";
-const int OPERATE_COLUMN = 8;
-const int SUCCESS_ROLE = Qt::UserRole + 2;
-const int FREE_AGAIN_MS = 15000; // a heartbeat of 3 s, a restart, a busy machine
+const int kCameras = 3;
+const QString kFaulty = "SIM0002";
+const QStringList kNeighbours{"SIM0001", "SIM0003"};
+const QString kNotOpened = "Failed to export features.Failed to open device.";
+const int kOperateColumn = 8;
+const int kSuccessRole = Qt::UserRole + 2;
+const int kFreeAgainMs = 15000; // a heartbeat of 3 s, a restart, a busy machine
 
 QMap<QString, QByteArray> FilesIn(const QString &strFolder)
 {
@@ -90,9 +90,9 @@ tst_WindowFaults::Row tst_WindowFaults::RowOf(const QString &strSerial) const
     const int nRow = Hands().RowOf(strSerial);
     if (nRow < 0)
         return {};
-    const QTableWidgetItem *pItem = Hands().Table()->item(nRow, OPERATE_COLUMN);
-    return {pItem->text(), Hands().Table()->detailTip(nRow, OPERATE_COLUMN),
-            pItem->data(SUCCESS_ROLE).toBool(), pItem->foreground() == QBrush(Qt::red)};
+    const QTableWidgetItem *pItem = Hands().Table()->item(nRow, kOperateColumn);
+    return {pItem->text(), Hands().Table()->detailTip(nRow, kOperateColumn),
+            pItem->data(kSuccessRole).toBool(), pItem->foreground() == QBrush(Qt::red)};
 }
 
 /// Exports to a folder, or imports a file, with all cameras, of which one has the fault from the start.
@@ -110,7 +110,7 @@ tst_WindowFaults::Outcome tst_WindowFaults::Play(bool bExport, const QString &st
     moments.atEnd = [&] { // a camera that has gone takes its row along soon
         outcome.bEnabled = m_pTool->Window().isEnabled();
         outcome.strCounts = Hands().Counts();
-        for (const QString &strSerial : NEIGHBOURS + QStringList(FAULTY))
+        for (const QString &strSerial : kNeighbours + QStringList(kFaulty))
             outcome.mapRows.insert(strSerial, RowOf(strSerial));
     };
     Hands().TickAll();
@@ -125,19 +125,19 @@ void tst_WindowFaults::VerifyOutcome(const Outcome &outcome, const QString &strD
     const bool bFailed = !strFailure.isEmpty();
     QVERIFY(outcome.bEnabled);
     QCOMPARE(outcome.strCounts, QString(bFailed ? "0, 2, 1" : "0, 3, 0"));
-    for (const QString &strSerial : NEIGHBOURS) {
+    for (const QString &strSerial : kNeighbours) {
         const Row row = outcome.mapRows.value(strSerial);
         QCOMPARE(row.strText, strDone);
         QCOMPARE(row.strTip, QString());
         QVERIFY(row.bSuccess && !row.bRed);
     }
-    const Row row = outcome.mapRows.value(FAULTY);
+    const Row row = outcome.mapRows.value(kFaulty);
     QCOMPARE(row.strText, bFailed ? strFailure : strDone);
     QCOMPARE(row.strTip, bFailed ? "The Reasons of Failure :\r\n" + strFailure : QString());
     QCOMPARE(row.bSuccess, !bFailed);
     QVERIFY(!bFailed || row.bRed);
     const qint64 nTook = outcome.batch.nMilliseconds;
-    QVERIFY2(nTook >= 0 && nTook <= FaultBatch::LONGEST_MS, qPrintable(QString("%1 ms").arg(nTook)));
+    QVERIFY2(nTook >= 0 && nTook <= FaultBatch::kLongestMs, qPrintable(QString("%1 ms").arg(nTook)));
 
     QTRY_VERIFY(!QApplication::activeModalWidget());
     QVERIFY(m_pTool->Window().isEnabled());
@@ -153,7 +153,7 @@ void tst_WindowFaults::EndFault()
         return;
     // What the tree says may be from before; a camera that could not be released is in use for a heartbeat.
     QVERIFY(m_search.WaitForRound());
-    QTRY_COMPARE_WITH_TIMEOUT(m_pTool->Window().GetEnabledNum(), CAMERAS, FREE_AGAIN_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_pTool->Window().GetEnabledNum(), kCameras, kFreeAgainMs);
 }
 
 /// A file of values that the cameras take and that differ from those of a fresh one.
@@ -166,14 +166,14 @@ void tst_WindowFaults::initTestCase()
 {
     if (const QString strWhy = WindowTestObstacle(); !strWhy.isEmpty())
         QSKIP(qPrintable(strWhy));
-    QVERIFY2(m_farm.Start({"--count", QString::number(CAMERAS), "--first-address", "127.63.1.1"}),
+    QVERIFY2(m_farm.Start({"--count", QString::number(kCameras), "--first-address", "127.63.1.1"}),
              qPrintable(m_farm.Error()));
     init();
     const QTemporaryDir folder;
     const Outcome outcome = Play(true, folder.path(), {});
     QCOMPARE(outcome.strCounts, QString("0, 3, 0"));
     const auto mapFiles = FilesIn(folder.path());
-    m_reference = mapFiles.value(NameOf(FAULTY));
+    m_reference = mapFiles.value(NameOf(kFaulty));
     QVERIFY(IsWhole(m_reference));
     QCOMPARE(mapFiles.values(), QList<QByteArray>({m_reference, m_reference, m_reference}));
 }
@@ -184,7 +184,7 @@ void tst_WindowFaults::init()
         return;
     EndFault();
     m_pTool = std::make_unique<ToolWindow>();
-    m_pTool->Show(CAMERAS);
+    m_pTool->Show(kCameras);
     m_nChildren = ChildrenOf(QCoreApplication::applicationPid()).size();
 }
 
@@ -204,7 +204,7 @@ void tst_WindowFaults::Export_OneFaultyCamera_CostsItsRowAlone_data()
     QTest::addColumn<QByteArray>("fault");
     QTest::addColumn<Wanted>("wanted");
     const auto row = [](const char *pName, const char *pFault, Wanted wanted) {
-        QTest::newRow(pName) << "set " + FAULTY.toLatin1() + ' ' + pFault << wanted;
+        QTest::newRow(pName) << "set " + kFaulty.toLatin1() + ' ' + pFault << wanted;
     };
     row("silent", "mute 1", Wanted::NoFile);
     row("silent during the features", "mute-after 100", Wanted::Part);
@@ -219,7 +219,7 @@ void tst_WindowFaults::Export_OneFaultyCamera_CostsItsRowAlone_data()
     row("pending for ever", "pending-ack forever", Wanted::NoFile);
     row("5 % lost", "loss 5", Wanted::SameFile);
     row("id of the next", "wrong-id 1", Wanted::NoFile);
-    QTest::newRow("unplugged") << "unplug " + FAULTY.toLatin1() << Wanted::NoFile;
+    QTest::newRow("unplugged") << "unplug " + kFaulty.toLatin1() << Wanted::NoFile;
 }
 
 void tst_WindowFaults::Export_OneFaultyCamera_CostsItsRowAlone()
@@ -228,13 +228,13 @@ void tst_WindowFaults::Export_OneFaultyCamera_CostsItsRowAlone()
     QFETCH(Wanted, wanted);
     const QTemporaryDir folder;
     const Outcome outcome = Play(true, folder.path(), fault);
-    VerifyOutcome(outcome, "Exported.", wanted == Wanted::NoFile ? NOT_OPENED : QString());
+    VerifyOutcome(outcome, "Exported.", wanted == Wanted::NoFile ? kNotOpened : QString());
     const auto mapFiles = FilesIn(folder.path());
     QCOMPARE(mapFiles.size(), wanted == Wanted::NoFile ? 2 : 3);
-    for (const QString &strSerial : NEIGHBOURS)
+    for (const QString &strSerial : kNeighbours)
         QCOMPARE(mapFiles.value(NameOf(strSerial)), m_reference);
     if (wanted != Wanted::NoFile)
-        QCOMPARE(CheckFile(mapFiles.value(NameOf(FAULTY)), m_reference, wanted), QString());
+        QCOMPARE(CheckFile(mapFiles.value(NameOf(kFaulty)), m_reference, wanted), QString());
 
     EndFault();
     const QTemporaryDir again;
@@ -249,7 +249,7 @@ void tst_WindowFaults::Import_OneFaultyCamera_CostsItsRowAlone_data()
     QTest::addColumn<QByteArray>("faulty"); // the camera's file afterwards; empty: some values are set
     const auto row = [](const char *pName, const char *pFault, const QString &strFailure,
                         const QByteArray &faulty) {
-        QTest::newRow(pName) << "set " + FAULTY.toLatin1() + ' ' + pFault << strFailure << faulty;
+        QTest::newRow(pName) << "set " + kFaulty.toLatin1() + ' ' + pFault << strFailure << faulty;
     };
     row("value refused", "write-refused Width", {},
         WithValue(Changed(), "Width", ValueOf(m_reference, "Width")));
@@ -274,9 +274,9 @@ void tst_WindowFaults::Import_OneFaultyCamera_CostsItsRowAlone()
     const QTemporaryDir again;
     QCOMPARE(Play(true, again.path(), {}).strCounts, QString("0, 3, 0"));
     const auto mapFiles = FilesIn(again.path());
-    for (const QString &strSerial : NEIGHBOURS)
+    for (const QString &strSerial : kNeighbours)
         QCOMPARE(mapFiles.value(NameOf(strSerial)), Changed());
-    const QByteArray found = mapFiles.value(NameOf(FAULTY));
+    const QByteArray found = mapFiles.value(NameOf(kFaulty));
     if (!faulty.isEmpty())
         QCOMPARE(found, faulty);
     const QList<QByteArray> listPossible = RecordsOf(m_reference) + RecordsOf(Changed());

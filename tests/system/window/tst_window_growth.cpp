@@ -10,17 +10,17 @@
 
 namespace {
 
-const int CAMERAS = 4;
+const int kCameras = 4;
 #if defined(__SANITIZE_ADDRESS__)
-const int BATCHES = 40; // slower, and memory is not compared
+const int kBatches = 40; // slower, and memory is not compared
 #else
-const int BATCHES = 100;
+const int kBatches = 100;
 #endif
-const int WARM_UP = 20; // what is made once for the process is there by then
-const int LOOKS = 10;
+const int kWarmUp = 20; // what is made once for the process is there by then
+const int kLooks = 10;
 // On a busy machine the allocator keeps up to 4 MB more or less. A real leak adds up to more over 80 batches:
 // the text of a description that each worker forgets comes to 52 MB.
-const qint64 NOISE_KB = 8 * 1024;
+const qint64 kNoiseKb = 8 * 1024;
 
 } // namespace
 
@@ -48,11 +48,11 @@ void tst_WindowGrowth::initTestCase()
 {
     if (const QString strWhy = WindowTestObstacle(); !strWhy.isEmpty())
         QSKIP(qPrintable(strWhy));
-    QVERIFY2(m_farm.Start({"--count", QString::number(CAMERAS), "--first-address", "127.64.1.1"}),
+    QVERIFY2(m_farm.Start({"--count", QString::number(kCameras), "--first-address", "127.64.1.1"}),
              qPrintable(m_farm.Error()));
     QCOMPARE(m_farm.Command("set SIM0002 description not-xml"), QByteArray("ok"));
     m_pTool = std::make_unique<ToolWindow>();
-    m_pTool->Show(CAMERAS);
+    m_pTool->Show(kCameras);
 }
 
 void tst_WindowGrowth::cleanupTestCase()
@@ -76,7 +76,7 @@ void tst_WindowGrowth::Export(int nBatches)
 ProcessUse tst_WindowGrowth::UseAtRest()
 {
     ProcessUse least;
-    for (int nLook = 0; nLook < LOOKS; ++nLook) {
+    for (int nLook = 0; nLook < kLooks; ++nLook) {
         QTest::qWait(50);
         const auto held = m_search.Hold(); // a round has sockets of its own
         const ProcessUse use = UseOfThisProcess();
@@ -91,9 +91,9 @@ ProcessUse tst_WindowGrowth::UseAtRest()
 
 void tst_WindowGrowth::Export_ManyBatches_NothingGrows()
 {
-    Export(WARM_UP);
+    Export(kWarmUp);
     const ProcessUse before = UseAtRest();
-    Export(BATCHES - WARM_UP);
+    Export(kBatches - kWarmUp);
     const ProcessUse after = UseAtRest();
 
     QCOMPARE(after.nDescriptors, before.nDescriptors);
@@ -101,7 +101,7 @@ void tst_WindowGrowth::Export_ManyBatches_NothingGrows()
     QCOMPARE(after.nChildren, before.nChildren);
     qInfo("resident set: %lld kB, then %lld kB", before.nResidentKb, after.nResidentKb);
 #if !defined(__SANITIZE_ADDRESS__) // it keeps what was freed
-    QVERIFY(after.nResidentKb < before.nResidentKb + NOISE_KB);
+    QVERIFY(after.nResidentKb < before.nResidentKb + kNoiseKb);
 #endif
 }
 

@@ -12,27 +12,27 @@
 
 namespace {
 
-const int LANES = 10;
-const int CAMERAS = 3; // per lane
-const int ROUNDS = 5;  // of one kill per lane
-const int START_LIMIT_MS = 60000;
-const int BATCH_LIMIT_MS = 60000;
+const int kLanes = 10;
+const int kCameras = 3; // per lane
+const int kRounds = 5;  // of one kill per lane
+const int kStartLimitMs = 60000;
+const int kBatchLimitMs = 60000;
 
 TestDesktop desktop;
 
 QStringList AddressesOf(int nLane)
 {
     QStringList listAddresses;
-    for (int nCamera = 1; nCamera <= CAMERAS; ++nCamera)
-        listAddresses << QString("127.65.1.%1").arg(nLane * CAMERAS + nCamera);
+    for (int nCamera = 1; nCamera <= kCameras; ++nCamera)
+        listAddresses << QString("127.65.1.%1").arg(nLane * kCameras + nCamera);
     return listAddresses;
 }
 
 QStringList SerialsOf(int nLane)
 {
     QStringList listSerials;
-    for (int nCamera = 1; nCamera <= CAMERAS; ++nCamera)
-        listSerials << QString("SIM%1").arg(nLane * CAMERAS + nCamera, 4, 10, QLatin1Char('0'));
+    for (int nCamera = 1; nCamera <= kCameras; ++nCamera)
+        listSerials << QString("SIM%1").arg(nLane * kCameras + nCamera, 4, 10, QLatin1Char('0'));
     return listSerials;
 }
 
@@ -63,7 +63,7 @@ public:
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(WINDOW_DRIVER,
-                        QStringList{m_folder.path(), QString::number(LANES * CAMERAS)} + SerialsOf(nLane));
+                        QStringList{m_folder.path(), QString::number(kLanes * kCameras)} + SerialsOf(nLane));
     }
     ~Tool()
     {
@@ -119,16 +119,16 @@ private:
 QString tst_WindowKill::ExportAll(int nLane, QByteArray *pFile, int *pBatchMs) const
 {
     Tool tool(nLane);
-    if (!WaitForLine(tool.Process(), "exporting", START_LIMIT_MS))
+    if (!WaitForLine(tool.Process(), "exporting", kStartLimitMs))
         return "no batch begins; " + tool.State();
     QElapsedTimer timer;
     timer.start();
-    if (!WaitForLine(tool.Process(), "done", BATCH_LIMIT_MS))
+    if (!WaitForLine(tool.Process(), "done", kBatchLimitMs))
         return "the batch does not end; " + tool.State();
     *pBatchMs = static_cast<int>(timer.elapsed());
     *pFile = ReadFile(tool.Folder() + "/SimCam-150_" + SerialsOf(nLane).last() + ".kfb");
     const int nFiles = QDir(tool.Folder()).entryList(QDir::Files | QDir::Hidden).size();
-    return nFiles == CAMERAS ? QString() : QString("%1 files").arg(nFiles);
+    return nFiles == kCameras ? QString() : QString("%1 files").arg(nFiles);
 }
 
 void tst_WindowKill::initTestCase()
@@ -139,12 +139,12 @@ void tst_WindowKill::initTestCase()
         QSKIP("kx-camera-farm is not built");
     m_random.seed(RandomSeed());
     // Slow cameras: a batch lasts about a second, so that it can be met anywhere.
-    QVERIFY2(m_farm.Start({"--count", QString::number(LANES * CAMERAS), "--first-address",
+    QVERIFY2(m_farm.Start({"--count", QString::number(kLanes * kCameras), "--first-address",
                            AddressesOf(0).first(), "--latency-us", "2000"}),
              qPrintable(m_farm.Error()));
-    std::array<QByteArray, LANES> files;
-    std::array<int, LANES> batches{};
-    QCOMPARE(RunLanes(LANES, [&](int nLane) { return ExportAll(nLane, &files[nLane], &batches[nLane]); }),
+    std::array<QByteArray, kLanes> files;
+    std::array<int, kLanes> batches{};
+    QCOMPARE(RunLanes(kLanes, [&](int nLane) { return ExportAll(nLane, &files[nLane], &batches[nLane]); }),
              QString());
     m_nBatchMs = *std::max_element(batches.begin(), batches.end());
     m_reference = files[0];
@@ -157,9 +157,9 @@ void tst_WindowKill::initTestCase()
 void tst_WindowKill::Kill_TheProgram_CamerasAreFreeAndFilesWhole_data()
 {
     QTest::addColumn<QVector<int>>("permilles"); // of a batch, by lane
-    for (int nRound = 0; nRound < ROUNDS; ++nRound) {
+    for (int nRound = 0; nRound < kRounds; ++nRound) {
         QVector<int> vecPermilles;
-        for (int nLane = 0; nLane < LANES; ++nLane)
+        for (int nLane = 0; nLane < kLanes; ++nLane)
             vecPermilles << std::uniform_int_distribution<int>(0, 1000)(m_random);
         QTest::addRow("round %d", nRound) << vecPermilles;
     }
@@ -168,13 +168,13 @@ void tst_WindowKill::Kill_TheProgram_CamerasAreFreeAndFilesWhole_data()
 void tst_WindowKill::Kill_TheProgram_CamerasAreFreeAndFilesWhole()
 {
     QFETCH(QVector<int>, permilles);
-    QCOMPARE(RunLanes(LANES, [&](int nLane) { return Kill(nLane, permilles.at(nLane)); }), QString());
+    QCOMPARE(RunLanes(kLanes, [&](int nLane) { return Kill(nLane, permilles.at(nLane)); }), QString());
 }
 
 QString tst_WindowKill::Kill(int nLane, int nPermille)
 {
     Tool tool(nLane);
-    if (!WaitForLine(tool.Process(), "exporting", START_LIMIT_MS))
+    if (!WaitForLine(tool.Process(), "exporting", kStartLimitMs))
         return "no batch begins; " + tool.State();
     m_nInTheMiddle += WaitForLine(tool.Process(), "done", m_nBatchMs * nPermille / 1000) ? 0 : 1;
     tool.Process().kill();
@@ -196,7 +196,7 @@ void tst_WindowKill::cleanupTestCase()
 {
     if (m_nBatchMs == 0)
         return; // skipped
-    qInfo("%d of %d killed in the middle of their batch", m_nInTheMiddle.load(), LANES * ROUNDS);
+    qInfo("%d of %d killed in the middle of their batch", m_nInTheMiddle.load(), kLanes * kRounds);
     QVERIFY2(m_nInTheMiddle > 0, "nothing was killed while it worked");
 }
 

@@ -17,7 +17,7 @@
 
 namespace {
 
-const int LOOK_MS = 20;
+const int kLookMs = 20;
 
 void Say(const char *pWord)
 {
@@ -52,7 +52,7 @@ void Look()
     MainWidget *pWindow = FindWindow();
     if (!pWindow || !pWindow->isVisible() || pWindow->GetCameraNum() < listArguments.value(2).toInt() ||
         !CanBeTicked(WindowHands(*pWindow), listSerials)) {
-        QTimer::singleShot(LOOK_MS, qApp, &Look);
+        QTimer::singleShot(kLookMs, qApp, &Look);
         return;
     }
     const WindowHands hands(*pWindow);
@@ -64,7 +64,7 @@ void Look()
 
 void BeginToLook()
 {
-    QTimer::singleShot(LOOK_MS, qApp, &Look);
+    QTimer::singleShot(kLookMs, qApp, &Look);
 }
 
 } // namespace

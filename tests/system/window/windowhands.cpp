@@ -12,8 +12,8 @@
 
 namespace {
 
-const int BATCH_LIMIT_MS = 60000;
-const int SERIAL_COLUMN = 4;
+const int kBatchLimitMs = 60000;
+const int kSerialColumn = 4;
 
 } // namespace
 
@@ -31,7 +31,7 @@ QStringList WindowHands::Serials() const
 {
     QStringList listSerials;
     for (int nRow = 0; nRow < m_window.GetCameraNum(); ++nRow)
-        listSerials.append(Text(nRow, SERIAL_COLUMN));
+        listSerials.append(Text(nRow, kSerialColumn));
     return listSerials;
 }
 
@@ -115,6 +115,6 @@ WindowHands::Batch WindowHands::RunBatch(const QString &strButton, const QString
     if (QTest::currentTestFailed())
         return batch; // there is nothing to wait for
     const auto isOver = [&] { return hands.AllDone() && Counts().startsWith("0, "); };
-    [&] { QTRY_VERIFY_WITH_TIMEOUT(isOver(), BATCH_LIMIT_MS); }();
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(isOver(), kBatchLimitMs); }();
     return batch;
 }

@@ -24,13 +24,13 @@ namespace {
 /// Elements of one place are divided by '|'.
 QStringList Places(const char *pOwn)
 {
-    static const char *const COMMON =
+    static const char *const kCommon =
         "Extension ToolTip Description DisplayName Visibility DocuURL IsDeprecated EventID pIsImplemented "
         "pIsAvailable pIsLocked pBlockPolling ImposedAccessMode pError pAlias pCastAlias ";
-    return (QString(COMMON) + pOwn).split(' ', Qt::SkipEmptyParts);
+    return (QString(kCommon) + pOwn).split(' ', Qt::SkipEmptyParts);
 }
 
-const char *const REGISTER =
+const char *const kRegister =
     "Streamable Address|IntSwissKnife|pAddress|pIndex Length|pLength AccessMode pPort "
     "Cachable PollingTime pInvalidator ";
 
@@ -62,12 +62,12 @@ void tst_BuiltinOrder::Description_EveryNode_HasItsElementsInOrder_data()
     row("Float",
         "Streamable Value|pValue|pValueCopy|pIndex|ValueIndexed|pValueIndexed|ValueDefault|pValueDefault "
         "Min|pMin Max|pMax Inc|pInc Unit Representation DisplayNotation DisplayPrecision");
-    row("IntReg", QByteArray(REGISTER) + "Sign Endianess Unit Representation pSelected");
-    row("MaskedIntReg", QByteArray(REGISTER) + "LSB|Bit MSB Sign Endianess Unit Representation pSelected");
-    row("FloatReg", QByteArray(REGISTER) + "Endianess Unit Representation DisplayNotation DisplayPrecision");
-    row("StringReg", REGISTER);
-    row("Register", REGISTER);
-    row("StructReg", QByteArray(REGISTER) + "Endianess StructEntry");
+    row("IntReg", QByteArray(kRegister) + "Sign Endianess Unit Representation pSelected");
+    row("MaskedIntReg", QByteArray(kRegister) + "LSB|Bit MSB Sign Endianess Unit Representation pSelected");
+    row("FloatReg", QByteArray(kRegister) + "Endianess Unit Representation DisplayNotation DisplayPrecision");
+    row("StringReg", kRegister);
+    row("Register", kRegister);
+    row("StructReg", QByteArray(kRegister) + "Endianess StructEntry");
     row("StructEntry", "pInvalidator AccessMode Cachable PollingTime Streamable LSB|Bit MSB Sign Unit "
                        "Representation pSelected");
     row("Boolean", "Streamable Value|pValue OnValue OffValue");

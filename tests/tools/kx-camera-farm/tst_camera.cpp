@@ -284,7 +284,7 @@ void tst_Camera::Handle_HeartbeatDisabled_SilentControllerKeepsControl()
     const auto pCamera = MakeBuiltinCamera();
     PureClient owner(pCamera.get());
     QVERIFY(owner.TakeControl());
-    QCOMPARE(owner.WriteWord(Bootstrap::GVCP_CONFIGURATION, Bootstrap::HEARTBEAT_DISABLED),
+    QCOMPARE(owner.WriteWord(Bootstrap::GVCP_CONFIGURATION, Bootstrap::kHeartbeatDisabled),
              Gvcp::STATUS_SUCCESS);
 
     owner.Wait(std::chrono::minutes(10));

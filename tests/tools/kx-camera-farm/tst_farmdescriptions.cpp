@@ -9,7 +9,7 @@ using namespace KxFarm;
 
 namespace {
 
-const QByteArray DISCOVER = QByteArray::fromHex("4201000200001234");
+const QByteArray kDiscover = QByteArray::fromHex("4201000200001234");
 
 } // namespace
 
@@ -77,7 +77,7 @@ void tst_FarmDescriptions::Identity_AnyByte_GoesOutInDiscovery()
     QCOMPARE(Set("model", QByteArray(64, 'M')), QByteArray());
     QCOMPARE(Set("mac", "02:11:22:33:44:55"), QByteArray());
 
-    const Bytes bytes = m_pClient->SendBytes(DISCOVER).at(0).bytes;
+    const Bytes bytes = m_pClient->SendBytes(kDiscover).at(0).bytes;
 
     const QByteArray ack(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
     QCOMPARE(ack.mid(8 + 0xD8, 7), QByteArray("a/b\x01\xff\\\0", 7));

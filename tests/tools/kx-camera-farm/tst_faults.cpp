@@ -9,11 +9,11 @@ using std::chrono::milliseconds;
 
 namespace {
 
-const QByteArray READ_VERSION = QByteArray::fromHex("4201008000041234"
+const QByteArray kReadVersion = QByteArray::fromHex("4201008000041234"
                                                     "00000000");
-const QByteArray VERSION_ACK("00000081000412340002"
+const QByteArray kVersionAck("00000081000412340002"
                              "0000");
-const QByteArray DISCOVER = QByteArray::fromHex("4201000200001234");
+const QByteArray kDiscover = QByteArray::fromHex("4201000200001234");
 
 QByteArray Hex(const Reply &reply)
 {
@@ -99,7 +99,7 @@ void tst_Faults::Set_EveryFaultOff_CameraAnswersAsBefore()
     for (const auto &fault : all)
         QCOMPARE(Set(fault.first, "off"), QByteArray());
 
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), kVersionAck);
     QVERIFY(m_pClient->TakeControl());
     QCOMPARE(SetFeature("Width", 5000), Gvcp::STATUS_INVALID_PARAMETER);
 }
@@ -110,10 +110,10 @@ void tst_Faults::Answer_Fault_ChangesIt_data()
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<QByteArray>("answer");
     QTest::newRow("duplicate") << QByteArray("duplicate") << QByteArray("2")
-                               << VERSION_ACK + " | " + VERSION_ACK + " | " + VERSION_ACK;
-    QTest::newRow("short") << QByteArray("short") << QByteArray("9") << VERSION_ACK.left(18);
-    QTest::newRow("shorter than a header") << QByteArray("short") << QByteArray("3") << VERSION_ACK.left(6);
-    QTest::newRow("oversized") << QByteArray("oversized") << QByteArray("4") << VERSION_ACK + "a5a5a5a5";
+                               << kVersionAck + " | " + kVersionAck + " | " + kVersionAck;
+    QTest::newRow("short") << QByteArray("short") << QByteArray("9") << kVersionAck.left(18);
+    QTest::newRow("shorter than a header") << QByteArray("short") << QByteArray("3") << kVersionAck.left(6);
+    QTest::newRow("oversized") << QByteArray("oversized") << QByteArray("4") << kVersionAck + "a5a5a5a5";
     QTest::newRow("wrong id") << QByteArray("wrong-id") << QByteArray("1")
                               << QByteArray("000000810004123500020000");
     QTest::newRow("busy") << QByteArray("status") << QByteArray("0x8007") << QByteArray("8007008100001234");
@@ -129,7 +129,7 @@ void tst_Faults::Answer_Fault_ChangesIt()
 
     QCOMPARE(Set(key, value), QByteArray());
 
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), answer);
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), answer);
     QCOMPARE(m_pCamera->Get(key), value);
 }
 
@@ -155,7 +155,7 @@ void tst_Faults::WrongSource_Answer_LeavesFromElsewhere()
 {
     QCOMPARE(Set("wrong-source", "1"), QByteArray());
 
-    const auto replies = m_pClient->SendBytes(READ_VERSION);
+    const auto replies = m_pClient->SendBytes(kReadVersion);
 
     QCOMPARE(replies.size(), std::size_t{1});
     QVERIFY(replies[0].foreignSource);
@@ -165,7 +165,7 @@ void tst_Faults::Latency_Answer_IsDelayed()
 {
     QCOMPARE(Set("latency-us", "250"), QByteArray());
 
-    const auto replies = m_pClient->SendBytes(READ_VERSION);
+    const auto replies = m_pClient->SendBytes(kReadVersion);
 
     QCOMPARE(replies.size(), std::size_t{1});
     QVERIFY(replies[0].delay == microseconds(250));
@@ -176,7 +176,7 @@ void tst_Faults::Jitter_Answers_AreDelayedDifferently()
     QCOMPARE(Set("jitter-us", "1000"), QByteArray());
     std::set<std::int64_t> delays;
     for (int i = 0; i < 50; ++i)
-        delays.insert(m_pClient->SendBytes(READ_VERSION).at(0).delay.count());
+        delays.insert(m_pClient->SendBytes(kReadVersion).at(0).delay.count());
 
     QVERIFY(delays.size() > 10);
     QVERIFY(*delays.begin() >= 0);
@@ -188,7 +188,7 @@ void tst_Faults::Loss_Half_SomeAnswersAreMissing()
     QCOMPARE(Set("loss", "30"), QByteArray());
     int answered = 0;
     for (int i = 0; i < 1000; ++i)
-        answered += static_cast<int>(m_pClient->SendBytes(READ_VERSION).size());
+        answered += static_cast<int>(m_pClient->SendBytes(kReadVersion).size());
 
     QVERIFY(answered > 400 && answered < 580); // 0.7 * 0.7 of them
 }
@@ -196,33 +196,33 @@ void tst_Faults::Loss_Half_SomeAnswersAreMissing()
 void tst_Faults::MuteAfter_TwoCommands_ThirdIsSilent()
 {
     QCOMPARE(Set("mute-after", "2"), QByteArray());
-    QCOMPARE(m_pClient->SendBytes(READ_VERSION).size(), std::size_t{1});
-    QCOMPARE(m_pClient->SendBytes(READ_VERSION).size(), std::size_t{1});
+    QCOMPARE(m_pClient->SendBytes(kReadVersion).size(), std::size_t{1});
+    QCOMPARE(m_pClient->SendBytes(kReadVersion).size(), std::size_t{1});
 
-    QCOMPARE(m_pClient->SendBytes(READ_VERSION).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kReadVersion).size(), std::size_t{0});
 }
 
 void tst_Faults::Mute_Discovery_IsStillAnswered()
 {
     QCOMPARE(Set("mute", "1"), QByteArray());
 
-    QCOMPARE(m_pClient->SendBytes(DISCOVER).size(), std::size_t{1});
+    QCOMPARE(m_pClient->SendBytes(kDiscover).size(), std::size_t{1});
 
     QCOMPARE(Set("discovery-mute", "1"), QByteArray());
-    QCOMPARE(m_pClient->SendBytes(DISCOVER).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kDiscover).size(), std::size_t{0});
 }
 
 void tst_Faults::PendingAck_TwoTimes_AnswerComesAfterThem()
 {
     QCOMPARE(Set("pending-ack", "2 50"), QByteArray());
 
-    const auto replies = m_pClient->SendBytes(READ_VERSION);
+    const auto replies = m_pClient->SendBytes(kReadVersion);
 
     QCOMPARE(replies.size(), std::size_t{3});
     QCOMPARE(Hex(replies[0]), QByteArray("000000890004123400000064"));
     QVERIFY(replies[0].delay == milliseconds(0));
     QVERIFY(replies[1].delay == milliseconds(50));
-    QCOMPARE(Hex(replies[2]), VERSION_ACK);
+    QCOMPARE(Hex(replies[2]), kVersionAck);
     QVERIFY(replies[2].delay == milliseconds(100));
 }
 
@@ -230,7 +230,7 @@ void tst_Faults::PendingAck_ForEver_RepeatsWithoutAnAnswer()
 {
     QCOMPARE(Set("pending-ack", "forever 30"), QByteArray());
 
-    const auto replies = m_pClient->SendBytes(READ_VERSION);
+    const auto replies = m_pClient->SendBytes(kReadVersion);
 
     QCOMPARE(replies.size(), std::size_t{1});
     QCOMPARE(Hex(replies[0]).left(8), QByteArray("00000089"));
@@ -241,18 +241,18 @@ void tst_Faults::DiscoveryShort_Command_IsWhole()
 {
     QCOMPARE(Set("discovery-short", "100"), QByteArray());
 
-    QCOMPARE(m_pClient->SendBytes(DISCOVER).at(0).bytes.size(), std::size_t{100});
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
+    QCOMPARE(m_pClient->SendBytes(kDiscover).at(0).bytes.size(), std::size_t{100});
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), kVersionAck);
 }
 
 void tst_Faults::DiscoveryAddress_Answers_NameItInDiscoveryOnly()
 {
-    QByteArray answer = m_pClient->Send(DISCOVER.toHex());
+    QByteArray answer = m_pClient->Send(kDiscover.toHex());
     answer.replace(answer.lastIndexOf("7f1e0901"), 8, "7f1e0907"); // the first is part of the MAC address
 
     QCOMPARE(Set("discovery-address", "127.30.9.7"), QByteArray());
 
-    QCOMPARE(m_pClient->Send(DISCOVER.toHex()), answer);
+    QCOMPARE(m_pClient->Send(kDiscover.toHex()), answer);
     QCOMPARE(m_pClient->ReadWord(Bootstrap::CURRENT_IP), 0x7F1E0901U);
 }
 
@@ -260,7 +260,7 @@ void tst_Faults::Status_NarrowedToOneAddress_OthersAreServed()
 {
     QCOMPARE(Set("status", "0x8006 address=0x938"), QByteArray());
 
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), kVersionAck);
     QCOMPARE(m_pClient->Send("42010080 00040001 00000938"), QByteArray("8006008100000001"));
     QCOMPARE(m_pClient->Send("42010084 00080001 00000934 00000008"), QByteArray("8006008500000001"));
 }
@@ -269,10 +269,10 @@ void tst_Faults::Status_Twice_ThirdTimeIsServed()
 {
     QCOMPARE(Set("status", "0x8007 command=readreg after=1 times=2"), QByteArray());
 
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), QByteArray("8007008100001234"));
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), QByteArray("8007008100001234"));
-    QCOMPARE(m_pClient->Send(READ_VERSION.toHex()), VERSION_ACK);
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), kVersionAck);
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), QByteArray("8007008100001234"));
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), QByteArray("8007008100001234"));
+    QCOMPARE(m_pClient->Send(kReadVersion.toHex()), kVersionAck);
 }
 
 void tst_Faults::ControlHeld_TakeControl_IsDenied()
@@ -311,9 +311,9 @@ void tst_Faults::Reboot_InTheMiddle_CameraIsAwayThenFresh()
     QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_SUCCESS);
     QCOMPARE(Set("reboot-after", "1 500"), QByteArray());
 
-    QCOMPARE(m_pClient->SendBytes(READ_VERSION).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kReadVersion).size(), std::size_t{0});
     m_pClient->Wait(milliseconds(499));
-    QCOMPARE(m_pClient->SendBytes(DISCOVER).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kDiscover).size(), std::size_t{0});
     m_pClient->Wait(milliseconds(1));
 
     QCOMPARE(Value("Width"), std::int64_t{1936});
@@ -336,7 +336,7 @@ void tst_Faults::Port_ClosedAfterCommands_IsNotOpen()
     QVERIFY(m_pClient->TakeControl());
     QCOMPARE(Set("port-closed-after", "1"), QByteArray());
 
-    QCOMPARE(m_pClient->SendBytes(READ_VERSION).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kReadVersion).size(), std::size_t{0});
 
     QVERIFY(!m_pCamera->IsPortOpen());
     QCOMPARE(Set("port", "open"), QByteArray());
@@ -349,7 +349,7 @@ void tst_Faults::Unplug_Plug_CameraIsFresh()
     QCOMPARE(SetFeature("Width", 640), Gvcp::STATUS_SUCCESS);
 
     m_pCamera->Unplug();
-    QCOMPARE(m_pClient->SendBytes(DISCOVER).size(), std::size_t{0});
+    QCOMPARE(m_pClient->SendBytes(kDiscover).size(), std::size_t{0});
     m_pCamera->Plug(TimePoint());
 
     QCOMPARE(Value("Width"), std::int64_t{1936});

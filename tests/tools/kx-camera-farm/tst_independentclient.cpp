@@ -5,7 +5,7 @@
 
 namespace {
 
-const QString CLIENT = QStringLiteral("arv-tool-0.8");
+const QString kClient = QStringLiteral("arv-tool-0.8");
 
 struct Result
 {
@@ -17,7 +17,7 @@ Result Run(const QStringList &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(CLIENT, arguments);
+    process.start(kClient, arguments);
     Result result;
     if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
         result.exitCode = process.exitCode();
@@ -63,7 +63,7 @@ void tst_IndependentClient::initTestCase()
 {
     if (!CameraFarm::IsInstalled())
         QSKIP("kx-camera-farm is not built");
-    if (QStandardPaths::findExecutable(CLIENT).isEmpty())
+    if (QStandardPaths::findExecutable(kClient).isEmpty())
         QSKIP("arv-tool-0.8 is not installed");
 }
 

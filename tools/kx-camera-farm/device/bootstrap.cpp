@@ -18,7 +18,7 @@ struct Range
 using Bootstrap::Access;
 
 // One network interface, no message channel, one stream channel, no manifest, no action commands.
-constexpr Range RANGES[] = {
+constexpr Range kRanges[] = {
     {0x0000, 0x0014, Access::ReadOnly},  // version, mode, MAC, capability
     {0x0014, 0x0018, Access::ReadWrite}, // interface configuration
     {0x0018, 0x00E8, Access::ReadOnly},  // reserved words and current addresses, names
@@ -48,7 +48,7 @@ constexpr Range RANGES[] = {
 
 // Bits of GVCP_CAPABILITY (28.42): user-defined name, serial number, heartbeat can be disabled, link speed,
 // application port and address; PENDING_ACK, WRITEMEM, several registers in one command.
-constexpr std::uint32_t CAPABILITIES =
+constexpr std::uint32_t kCapabilities =
     0x80000000U | 0x40000000U | 0x20000000U | 0x10000000U | 0x08000000U | 0x20U | 0x2U | 0x1U;
 
 } // namespace
@@ -56,9 +56,9 @@ constexpr std::uint32_t CAPABILITIES =
 Bootstrap::Access Bootstrap::AccessOf(std::uint32_t address)
 {
     const auto *const found =
-        std::find_if(std::begin(RANGES), std::end(RANGES),
+        std::find_if(std::begin(kRanges), std::end(kRanges),
                      [address](const Range &range) { return address >= range.first && address < range.end; });
-    return found == std::end(RANGES) ? Access::None : found->access;
+    return found == std::end(kRanges) ? Access::None : found->access;
 }
 
 void WriteText(RegisterMemory *pMemory, std::uint32_t address, const QByteArray &text, std::size_t width)
@@ -92,8 +92,8 @@ void FillBootstrap(RegisterMemory *pMemory, const CameraIdentity &identity, std:
     pMemory->WriteWord(PERSISTENT_MASK, 0xFF000000);
     pMemory->WriteWord(LINK_SPEED, 1000); // Mbit/s
     pMemory->WriteWord(STREAM_CHANNEL_COUNT, 1);
-    pMemory->WriteWord(GVCP_CAPABILITY, CAPABILITIES);
-    pMemory->WriteWord(HEARTBEAT_TIMEOUT, DEFAULT_HEARTBEAT_MS);
+    pMemory->WriteWord(GVCP_CAPABILITY, kCapabilities);
+    pMemory->WriteWord(HEARTBEAT_TIMEOUT, kDefaultHeartbeatMs);
     pMemory->WriteWord(TICK_FREQUENCY_LOW, 1000000000); // one tick is one nanosecond
     pMemory->WriteWord(PENDING_TIMEOUT, 1000);
     pMemory->WriteWord(STREAM_PACKET_SIZE, 1500);

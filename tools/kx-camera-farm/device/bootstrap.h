@@ -59,11 +59,11 @@ enum Address : std::uint32_t
     MANUFACTURER_SPACE = 0xA000, ///< from here on addresses are the manufacturer's
 };
 
-constexpr std::size_t URL_SIZE = 512;
-constexpr std::uint32_t DEFAULT_HEARTBEAT_MS = 3000;
-constexpr std::uint32_t MIN_HEARTBEAT_MS = 500;
-constexpr std::uint32_t MAX_HEARTBEAT_MS = 60000; ///< both as the built-in description says
-constexpr std::uint32_t HEARTBEAT_DISABLED = 1;   ///< bit of GVCP_CONFIGURATION
+constexpr std::size_t kUrlSize = 512;
+constexpr std::uint32_t kDefaultHeartbeatMs = 3000;
+constexpr std::uint32_t kMinHeartbeatMs = 500;
+constexpr std::uint32_t kMaxHeartbeatMs = 60000; ///< both as the built-in description says
+constexpr std::uint32_t kHeartbeatDisabled = 1;  ///< bit of GVCP_CONFIGURATION
 
 /// What may be done with the register word at `address` below MANUFACTURER_SPACE.
 enum class Access

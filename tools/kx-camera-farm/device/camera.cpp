@@ -65,8 +65,8 @@ void Camera::SetDescription(std::shared_ptr<const PublishedDescription> pDescrip
 
 void Camera::PublishUrls()
 {
-    WriteText(&m_memory, Bootstrap::FIRST_URL, m_pDescription->url, Bootstrap::URL_SIZE);
-    WriteText(&m_memory, Bootstrap::SECOND_URL, QByteArray(), Bootstrap::URL_SIZE);
+    WriteText(&m_memory, Bootstrap::FIRST_URL, m_pDescription->url, Bootstrap::kUrlSize);
+    WriteText(&m_memory, Bootstrap::SECOND_URL, QByteArray(), Bootstrap::kUrlSize);
 }
 
 void Camera::PublishControl()
@@ -78,7 +78,7 @@ void Camera::PublishControl()
 
 std::chrono::milliseconds Camera::HeartbeatTimeout() const
 {
-    if (m_memory.ReadWord(Bootstrap::GVCP_CONFIGURATION) & Bootstrap::HEARTBEAT_DISABLED)
+    if (m_memory.ReadWord(Bootstrap::GVCP_CONFIGURATION) & Bootstrap::kHeartbeatDisabled)
         return std::chrono::hours(24 * 365);
     return std::chrono::milliseconds(m_memory.ReadWord(Bootstrap::HEARTBEAT_TIMEOUT));
 }
@@ -110,22 +110,22 @@ Bytes Camera::Handle(const Request &request, const Endpoint &from, TimePoint now
 
 Bytes Camera::Discover(const Request &request) const
 {
-    std::uint8_t payload[DISCOVERY_ACK_PAYLOAD];
+    std::uint8_t payload[kDiscoveryAckPayload];
     m_memory.Read(0, payload, sizeof payload);
     return MakeAck(STATUS_SUCCESS, DISCOVERY_CMD + 1, request.id, payload, sizeof payload);
 }
 
 Bytes Camera::ForceIp(const Request &request)
 {
-    constexpr std::size_t MAC = 2;
-    constexpr std::size_t ADDRESS = 20;
-    constexpr std::size_t MASK = 36;
-    constexpr std::size_t GATEWAY = 52;
+    constexpr std::size_t kMac = 2;
+    constexpr std::size_t kAddress = 20;
+    constexpr std::size_t kMask = 36;
+    constexpr std::size_t kGateway = 52;
     // Everybody hears it; nobody else says a word.
-    if (request.size != FORCEIP_PAYLOAD || LoadBe16(request.payload + MAC) != m_identity.mac >> 32U ||
-        LoadBe32(request.payload + MAC + 2) != (m_identity.mac & 0xFFFFFFFFU))
+    if (request.size != kForceipPayload || LoadBe16(request.payload + kMac) != m_identity.mac >> 32U ||
+        LoadBe32(request.payload + kMac + 2) != (m_identity.mac & 0xFFFFFFFFU))
         return {};
-    const std::uint32_t address = LoadBe32(request.payload + ADDRESS);
+    const std::uint32_t address = LoadBe32(request.payload + kAddress);
     if (address == 0)
         return {}; // look for an address again: it is the one there is
     Status status = STATUS_SUCCESS;
@@ -136,8 +136,8 @@ Bytes Camera::ForceIp(const Request &request)
     if (status == STATUS_SUCCESS) {
         m_nIpAddress = address; // until a reboot
         m_memory.WriteWord(Bootstrap::CURRENT_IP, address);
-        m_memory.WriteWord(Bootstrap::CURRENT_MASK, LoadBe32(request.payload + MASK));
-        m_memory.WriteWord(Bootstrap::CURRENT_GATEWAY, LoadBe32(request.payload + GATEWAY));
+        m_memory.WriteWord(Bootstrap::CURRENT_MASK, LoadBe32(request.payload + kMask));
+        m_memory.WriteWord(Bootstrap::CURRENT_GATEWAY, LoadBe32(request.payload + kGateway));
     }
     return request.AckRequired() ? MakeAck(status, FORCEIP_CMD + 1, request.id) : Bytes();
 }
@@ -148,7 +148,7 @@ Bytes Camera::ReadRegisters(const Request &request, const Endpoint &from)
         return {};
     if (request.size == 0 || request.size % 4 != 0)
         return MakeErrorAck(STATUS_INVALID_PARAMETER, request);
-    std::uint8_t values[MAX_PAYLOAD];
+    std::uint8_t values[kMaxPayload];
     std::size_t done = 0;
     Status status = STATUS_SUCCESS;
     for (; done < request.size && status == STATUS_SUCCESS; done += 4) {
@@ -185,11 +185,11 @@ Bytes Camera::ReadMemory(const Request &request, const Endpoint &from)
         return MakeErrorAck(STATUS_INVALID_PARAMETER, request);
     const std::uint32_t address = LoadBe32(request.payload);
     const std::size_t count = LoadBe16(request.payload + 6);
-    if (count == 0 || count > MAX_READMEM)
+    if (count == 0 || count > kMaxReadmem)
         return MakeErrorAck(STATUS_INVALID_PARAMETER, request);
     if (count % 4 != 0)
         return MakeErrorAck(STATUS_BAD_ALIGNMENT, request);
-    std::uint8_t answer[MAX_PAYLOAD];
+    std::uint8_t answer[kMaxPayload];
     std::memcpy(answer, request.payload, 4);
     const Status status = Read(address, answer + 4, count, from);
     if (status != STATUS_SUCCESS)
@@ -220,7 +220,7 @@ bool Camera::IsInDescription(std::uint64_t address, std::size_t size) const
     const std::uint64_t first = m_pDescription->address;
     // A client reads in whole words, often in whole blocks, so it may ask for a little more.
     const std::uint64_t end =
-        first + static_cast<std::uint64_t>(m_pDescription->content.size()) + MAX_READMEM;
+        first + static_cast<std::uint64_t>(m_pDescription->content.size()) + kMaxReadmem;
     return !m_pDescription->content.isEmpty() && address >= first && address + size <= end;
 }
 
@@ -318,7 +318,7 @@ Status Camera::WriteBootstrap(std::uint32_t address, std::uint32_t value, const 
         return STATUS_SUCCESS;
     }
     if (address == Bootstrap::HEARTBEAT_TIMEOUT)
-        value = std::clamp(value, Bootstrap::MIN_HEARTBEAT_MS, Bootstrap::MAX_HEARTBEAT_MS);
+        value = std::clamp(value, Bootstrap::kMinHeartbeatMs, Bootstrap::kMaxHeartbeatMs);
     m_memory.WriteWord(address, value);
     if (address >= Bootstrap::USER_DEFINED_NAME && address < Bootstrap::USER_DEFINED_NAME + 16) {
         m_identity.userName.resize(16); // non-volatile: a reboot keeps it
@@ -330,15 +330,15 @@ Status Camera::WriteBootstrap(std::uint32_t address, std::uint32_t value, const 
 
 void Camera::LatchTimestamp(std::uint32_t control, TimePoint now)
 {
-    constexpr std::uint32_t RESET = 1;
-    constexpr std::uint32_t LATCH = 2;
-    if (control & LATCH) {
+    constexpr std::uint32_t kReset = 1;
+    constexpr std::uint32_t kLatch = 2;
+    if (control & kLatch) {
         const auto ticks =
             static_cast<std::uint64_t>(std::chrono::nanoseconds(now - m_timestampZero).count());
         m_memory.WriteWord(Bootstrap::TIMESTAMP_HIGH, static_cast<std::uint32_t>(ticks >> 32U));
         m_memory.WriteWord(Bootstrap::TIMESTAMP_LOW, static_cast<std::uint32_t>(ticks & 0xFFFFFFFFU));
     }
-    if (control & RESET)
+    if (control & kReset)
         m_timestampZero = now;
 }
 

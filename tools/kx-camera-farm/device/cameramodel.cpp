@@ -10,14 +10,14 @@ namespace KxFarm {
 
 namespace {
 
-constexpr std::uint32_t DESCRIPTION_ADDRESS = 0xF0000000; // far from the registers of any camera we know
+constexpr std::uint32_t kDescriptionAddress = 0xF0000000; // far from the registers of any camera we know
 
 std::shared_ptr<const PublishedDescription> Publish(const QByteArray &content, const QByteArray &name)
 {
     auto pDescription = std::make_shared<PublishedDescription>();
     pDescription->content = content;
-    pDescription->address = DESCRIPTION_ADDRESS;
-    pDescription->url = "Local:" + name + ';' + QByteArray::number(DESCRIPTION_ADDRESS, 16) + ';' +
+    pDescription->address = kDescriptionAddress;
+    pDescription->url = "Local:" + name + ';' + QByteArray::number(kDescriptionAddress, 16) + ';' +
                         QByteArray::number(content.size(), 16);
     return pDescription;
 }

@@ -20,7 +20,7 @@ bool ControlChannel::WritePrivilege(const Endpoint &from, std::uint32_t value, T
 {
     if (IsHeld() && !(from == m_controller))
         return false;
-    const std::uint32_t privilege = value & (EXCLUSIVE | CONTROL);
+    const std::uint32_t privilege = value & (kExclusive | kControl);
     if (privilege == 0) {
         Release();
         return true;
@@ -34,7 +34,7 @@ bool ControlChannel::WritePrivilege(const Endpoint &from, std::uint32_t value, T
 void ControlChannel::Seize(const Endpoint &owner)
 {
     m_controller = owner;
-    m_nPrivilege = EXCLUSIVE;
+    m_nPrivilege = kExclusive;
     m_bSeized = true;
 }
 

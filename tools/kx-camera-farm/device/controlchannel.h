@@ -25,8 +25,8 @@ class ControlChannel
 {
 public:
     /// Bits of the control channel privilege register (28.47).
-    static constexpr std::uint32_t EXCLUSIVE = 1;
-    static constexpr std::uint32_t CONTROL = 2;
+    static constexpr std::uint32_t kExclusive = 1;
+    static constexpr std::uint32_t kControl = 2;
 
     /// Ends the privilege of a controller that was silent for longer than `timeout`. True when it did.
     bool Expire(TimePoint now, std::chrono::milliseconds timeout);
@@ -39,7 +39,7 @@ public:
 
     bool MayRead(const Endpoint &from) const
     {
-        return (m_nPrivilege & EXCLUSIVE) == 0 || from == m_controller;
+        return (m_nPrivilege & kExclusive) == 0 || from == m_controller;
     }
     bool MayWrite(const Endpoint &from) const { return IsHeld() && from == m_controller; }
 
@@ -47,7 +47,7 @@ public:
     void Seize(const Endpoint &owner);
     void Release();
 
-    bool IsHeld() const { return (m_nPrivilege & (EXCLUSIVE | CONTROL)) != 0; }
+    bool IsHeld() const { return (m_nPrivilege & (kExclusive | kControl)) != 0; }
     std::uint32_t Privilege() const { return m_nPrivilege; } ///< as the register reads
     Endpoint Controller() const { return m_controller; }     ///< zeros while nobody has it
 

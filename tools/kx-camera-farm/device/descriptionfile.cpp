@@ -7,7 +7,7 @@ namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_UNPACKED = 64 * 1024 * 1024;
+constexpr int kMaxUnpacked = 64 * 1024 * 1024;
 
 /// libzip writes into a buffer of its own; the source has to be kept beyond the closing of the archive.
 QByteArray ContentOf(zip_source_t *pSource)
@@ -86,7 +86,7 @@ QByteArray FirstFileOfZip(const QByteArray &archive, QString *pError)
     zip_stat_t stat;
     zip_stat_init(&stat);
     zip_file_t *pFile = zip_stat_index(pZip, 0, 0, &stat) == 0 ? zip_fopen_index(pZip, 0, 0) : nullptr;
-    if (pFile && stat.size <= MAX_UNPACKED) {
+    if (pFile && stat.size <= kMaxUnpacked) {
         content.resize(static_cast<int>(stat.size));
         if (zip_fread(pFile, content.data(), stat.size) == static_cast<zip_int64_t>(stat.size))
             pError->clear();

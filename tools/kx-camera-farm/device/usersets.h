@@ -13,7 +13,7 @@ namespace KxFarm {
 class UserSets
 {
 public:
-    /// Registers in [first, end) belong to the sets; both are multiples of RegisterMemory::PAGE_SIZE.
+    /// Registers in [first, end) belong to the sets; both are multiples of RegisterMemory::kPageSize.
     /// `factory` shares its base with every memory given later.
     UserSets(const RegisterMemory &factory, std::uint64_t first, std::uint64_t end);
 

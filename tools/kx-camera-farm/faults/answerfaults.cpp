@@ -109,10 +109,10 @@ public:
     }
     void AfterCommand(Exchange *pExchange) override
     {
-        constexpr std::size_t PLACE = Gvcp::HEADER_SIZE + Bootstrap::CURRENT_IP;
+        constexpr std::size_t kPlace = Gvcp::kHeaderSize + Bootstrap::CURRENT_IP;
         for (Reply &reply : pExchange->replies) {
-            if (reply.bytes.size() >= PLACE + 4)
-                StoreBe32(reply.bytes.data() + PLACE, m_nAddress);
+            if (reply.bytes.size() >= kPlace + 4)
+                StoreBe32(reply.bytes.data() + kPlace, m_nAddress);
         }
     }
 
@@ -154,7 +154,7 @@ public:
 class Pending : public Fault
 {
 public:
-    static constexpr std::int64_t FOR_EVER = -1;
+    static constexpr std::int64_t kForEver = -1;
 
     Pending(std::int64_t times, std::int64_t intervalMs)
         : m_nTimes(times)
@@ -170,7 +170,7 @@ public:
         // Twice the interval: the promise is kept.
         pending.bytes =
             Gvcp::MakePendingAck(pExchange->request.id, static_cast<std::uint16_t>(m_interval.count() * 2));
-        if (m_nTimes == FOR_EVER) {
+        if (m_nTimes == kForEver) {
             pending.repeat = m_interval;
             replies.assign(1, pending);
             return;
@@ -219,7 +219,7 @@ std::unique_ptr<Fault> MakePending(const QByteArray &value, const Camera & /*cam
 {
     const QList<QByteArray> words = value.split(' ');
     const bool forEver = words.first() == "forever";
-    std::int64_t times = Pending::FOR_EVER;
+    std::int64_t times = Pending::kForEver;
     std::int64_t interval = 100;
     if ((!forEver && !ParseNumber(words.first(), 1, 1000, &times, pError)) ||
         (words.size() > 1 && !ParseNumber(words.at(1), 1, 30000, &interval, pError)))

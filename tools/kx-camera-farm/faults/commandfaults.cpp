@@ -6,7 +6,7 @@ namespace KxFarm {
 
 namespace {
 
-constexpr Endpoint STRANGER{0x7F000063, 50000}; // 127.0.0.99: nobody who listens
+constexpr Endpoint kStranger{0x7F000063, 50000}; // 127.0.0.99: nobody who listens
 
 /// Commands refused with a chosen status.
 class Refusal : public Fault
@@ -46,10 +46,10 @@ class Stolen : public Deferred
 {
 public:
     using Deferred::Deferred;
-    void Strike(Exchange *pExchange) override { pExchange->camera.SeizeControl(STRANGER); }
+    void Strike(Exchange *pExchange) override { pExchange->camera.SeizeControl(kStranger); }
     void Stop(Camera *pCamera) override
     {
-        if (pCamera->Control().Controller() == STRANGER)
+        if (pCamera->Control().Controller() == kStranger)
             pCamera->ReleaseControl();
     }
 };
@@ -62,7 +62,7 @@ public:
         : Stolen(0)
     {
     }
-    void Start(Camera *pCamera) override { pCamera->SeizeControl(STRANGER); }
+    void Start(Camera *pCamera) override { pCamera->SeizeControl(kStranger); }
 };
 
 /// The controller loses its privilege, as when its heartbeat came too late.

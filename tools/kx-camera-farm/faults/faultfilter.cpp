@@ -8,16 +8,16 @@ namespace KxFarm {
 
 namespace {
 
-constexpr std::int64_t MAX_COUNT = 1000000000;
+constexpr std::int64_t kMaxCount = 1000000000;
 
 bool ParseCommand(const QByteArray &word, std::optional<std::uint16_t> *pCommand)
 {
-    static const std::pair<const char *, Gvcp::Command> NAMES[] = {{"discovery", Gvcp::DISCOVERY_CMD},
-                                                                   {"readreg", Gvcp::READREG_CMD},
-                                                                   {"writereg", Gvcp::WRITEREG_CMD},
-                                                                   {"readmem", Gvcp::READMEM_CMD},
-                                                                   {"writemem", Gvcp::WRITEMEM_CMD}};
-    for (const auto &[name, command] : NAMES) {
+    static const std::pair<const char *, Gvcp::Command> kNames[] = {{"discovery", Gvcp::DISCOVERY_CMD},
+                                                                    {"readreg", Gvcp::READREG_CMD},
+                                                                    {"writereg", Gvcp::WRITEREG_CMD},
+                                                                    {"readmem", Gvcp::READMEM_CMD},
+                                                                    {"writemem", Gvcp::WRITEMEM_CMD}};
+    for (const auto &[name, command] : kNames) {
         if (word == name)
             *pCommand = command;
     }
@@ -77,7 +77,7 @@ bool FaultFilter::ParseWord(const QByteArray &key, const QByteArray &text, QStri
     }
     const bool address = key == "address";
     std::int64_t number = 0;
-    if (!ParseNumber(text, key == "times" ? 1 : 0, address ? 0xFFFFFFFF : MAX_COUNT, &number, pError))
+    if (!ParseNumber(text, key == "times" ? 1 : 0, address ? 0xFFFFFFFF : kMaxCount, &number, pError))
         return false;
     if (address)
         m_address = static_cast<std::uint32_t>(number);

@@ -10,27 +10,27 @@ namespace KxFarm {
 
 namespace {
 
-constexpr std::uint32_t ADDRESS = 0xF0000000;
+constexpr std::uint32_t kAddress = 0xF0000000;
 using Description = PublishedDescription;
 
 QByteArray Url(const QByteArray &name, qint64 size)
 {
-    return "Local:" + name + ';' + QByteArray::number(ADDRESS, 16) + ';' + QByteArray::number(size, 16);
+    return "Local:" + name + ';' + QByteArray::number(kAddress, 16) + ';' + QByteArray::number(size, 16);
 }
 
 Description Plain(const QByteArray &content)
 {
-    return {Url("hostile.xml", content.size()), content, ADDRESS};
+    return {Url("hostile.xml", content.size()), content, kAddress};
 }
 
 Description Zipped(const QByteArray &content)
 {
-    return {Url("hostile.zip", content.size()), content, ADDRESS};
+    return {Url("hostile.zip", content.size()), content, kAddress};
 }
 
 Description WithUrl(const QByteArray &url, const QByteArray &xml)
 {
-    return {url, xml, ADDRESS};
+    return {url, xml, kAddress};
 }
 
 QByteArray ZipOfXml(const QByteArray &xml)
@@ -77,9 +77,9 @@ QByteArray Patched(QByteArray archive, const char *signature, bool last, int off
     return place < 0 ? archive : archive.replace(place + offset, bytes.size(), bytes);
 }
 
-constexpr const char *LOCAL_HEADER = "PK\003\004";
-constexpr const char *DIRECTORY_ENTRY = "PK\001\002";
-constexpr const char *DIRECTORY_END = "PK\005\006";
+constexpr const char *kLocalHeader = "PK\003\004";
+constexpr const char *kDirectoryEntry = "PK\001\002";
+constexpr const char *kDirectoryEnd = "PK\005\006";
 
 /// A register that every client meets when it reads all features: Width's.
 QByteArray RegisterOfLength(const QByteArray &length)
@@ -88,7 +88,7 @@ QByteArray RegisterOfLength(const QByteArray &length)
            "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>";
 }
 
-const QByteArray EXPANSION =
+const QByteArray kExpansion =
     "<!DOCTYPE RegisterDescription [<!ENTITY a \"aaaaaaaaaa\">"
     "<!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\"><!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">"
     "<!ENTITY d \"&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;\"><!ENTITY e \"&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;\">"
@@ -101,7 +101,7 @@ struct Hostile
     Description (*make)(const QByteArray &xml);
 };
 
-const Hostile HOSTILE[] = {
+const Hostile kHostile[] = {
     {"url-huge-size", [](const QByteArray &xml) { return WithUrl(Url("hostile.xml", 0xFFFFFFFF), xml); }},
     {"url-unknown-scheme",
      [](const QByteArray &xml) { return WithUrl("gopher://nowhere/hostile.xml", xml); }},
@@ -111,15 +111,15 @@ const Hostile HOSTILE[] = {
     {"url-no-memory", [](const QByteArray &) { return WithUrl("Local:hostile.xml;30000000;1000", ""); }},
     {"zip-bad-directory",
      [](const QByteArray &xml) {
-         return Zipped(Patched(ZipOfXml(xml), DIRECTORY_END, true, 16, QByteArray(4, '\xEE')));
+         return Zipped(Patched(ZipOfXml(xml), kDirectoryEnd, true, 16, QByteArray(4, '\xEE')));
      }},
     {"zip-bad-header",
      [](const QByteArray &xml) {
-         return Zipped(Patched(ZipOfXml(xml), LOCAL_HEADER, false, 26, QByteArray(4, '\xFF')));
+         return Zipped(Patched(ZipOfXml(xml), kLocalHeader, false, 26, QByteArray(4, '\xFF')));
      }},
     {"zip-bad-size",
      [](const QByteArray &xml) {
-         return Zipped(Patched(ZipOfXml(xml), DIRECTORY_ENTRY, true, 20,
+         return Zipped(Patched(ZipOfXml(xml), kDirectoryEntry, true, 20,
                                QByteArray("\xFF\xFF\xFF\x7F\xFF\xFF\xFF\x7F", 8)));
      }},
     {"zip-truncated",
@@ -129,8 +129,8 @@ const Hostile HOSTILE[] = {
      }},
     {"zip-encrypted",
      [](const QByteArray &xml) {
-         const QByteArray once = Patched(ZipOfXml(xml), LOCAL_HEADER, false, 6, QByteArray("\x01\x00", 2));
-         return Zipped(Patched(once, DIRECTORY_ENTRY, true, 8, QByteArray("\x01\x00", 2)));
+         const QByteArray once = Patched(ZipOfXml(xml), kLocalHeader, false, 6, QByteArray("\x01\x00", 2));
+         return Zipped(Patched(once, kDirectoryEntry, true, 8, QByteArray("\x01\x00", 2)));
      }},
     {"zip-two-files",
      [](const QByteArray &xml) { return Zipped(ZipOfTwo("other.txt", "not this one", "hostile.xml", xml)); }},
@@ -146,7 +146,7 @@ const Hostile HOSTILE[] = {
     {"entity-bomb",
      [](const QByteArray &xml) {
          return Plain(
-             WithNodes(WithPrologue(xml, EXPANSION), "<String Name=\"Bomb\"><Value>&i;</Value></String>"));
+             WithNodes(WithPrologue(xml, kExpansion), "<String Name=\"Bomb\"><Value>&i;</Value></String>"));
      }},
     {"deep",
      [](const QByteArray &xml) {
@@ -203,7 +203,7 @@ const Hostile HOSTILE[] = {
 QList<QByteArray> HostileDescriptionNames()
 {
     QList<QByteArray> names;
-    for (const Hostile &hostile : HOSTILE)
+    for (const Hostile &hostile : kHostile)
         names.append(hostile.name);
     return names;
 }
@@ -217,7 +217,7 @@ std::shared_ptr<const PublishedDescription> MakeHostileDescription(const QByteAr
     const auto key = std::make_pair(&model, name);
     if (auto pMade = s_made[key].lock())
         return pMade;
-    for (const Hostile &hostile : HOSTILE) {
+    for (const Hostile &hostile : kHostile) {
         if (name != hostile.name)
             continue;
         auto pMade = std::make_shared<const PublishedDescription>(hostile.make(model.xml));

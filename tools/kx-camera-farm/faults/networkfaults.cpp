@@ -6,7 +6,7 @@ namespace {
 
 using std::chrono::microseconds;
 
-constexpr std::int64_t MAX_MICROSECONDS = 600000000; // ten minutes
+constexpr std::int64_t kMaxMicroseconds = 600000000; // ten minutes
 
 /// Every answer later by a fixed time.
 class Latency : public Fault
@@ -99,8 +99,8 @@ std::vector<FaultKind> NetworkFaultKinds()
             {"mute-after", Scope::Commands, MakeOfNumber<Mute, 1, kMaxCount>},
             {"discovery-mute", Scope::Discovery, MakeSwitched<Mute>},
             {"loss", Scope::Everything, MakeOfNumber<Loss, 0, 100>},
-            {"latency-us", Scope::Everything, MakeOfNumber<Latency, 0, MAX_MICROSECONDS>},
-            {"jitter-us", Scope::Everything, MakeOfNumber<Jitter, 0, MAX_MICROSECONDS>}};
+            {"latency-us", Scope::Everything, MakeOfNumber<Latency, 0, kMaxMicroseconds>},
+            {"jitter-us", Scope::Everything, MakeOfNumber<Jitter, 0, kMaxMicroseconds>}};
 }
 
 } // namespace KxFarm

@@ -17,13 +17,13 @@ bool IsFeature(const Node &node)
 /// How many registers a pIndex chooses from.
 std::uint64_t IndexCount(const NodeMap &map, int selector)
 {
-    constexpr std::uint64_t WITHOUT_ENTRIES = 256;
+    constexpr std::uint64_t kWithoutEntries = 256;
     if (selector < 0 || map.At(selector).entries.empty())
-        return WITHOUT_ENTRIES;
+        return kWithoutEntries;
     std::int64_t last = 0;
     for (const int entry : map.At(selector).entries)
         last = std::max(last, ParseDescriptionInteger(map.At(entry).Text("Value")));
-    return static_cast<std::uint64_t>(std::min<std::int64_t>(last, WITHOUT_ENTRIES)) + 1;
+    return static_cast<std::uint64_t>(std::min<std::int64_t>(last, kWithoutEntries)) + 1;
 }
 
 /// Bytes from the first to the last register that a pIndex reaches.

@@ -9,8 +9,8 @@ namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_DEPTH = 200;  // of parentheses; a description may be hostile
-constexpr int MAX_HEIGHT = 256; // of the tree: "1 + 1 + ..." needs no parentheses; real ones stay below 90
+constexpr int kMaxDepth = 200;  // of parentheses; a description may be hostile
+constexpr int kMaxHeight = 256; // of the tree: "1 + 1 + ..." needs no parentheses; real ones stay below 90
 
 double Sign(double x)
 {
@@ -87,12 +87,12 @@ struct Function
     double (*function)(double);
 };
 
-constexpr Function FUNCTIONS[] = {{"SGN", Sign},        {"NEG", Negated},     {"ABS", Absolute},
-                                  {"SIN", Sine},        {"COS", Cosine},      {"TAN", Tangent},
-                                  {"ASIN", ArcSine},    {"ACOS", ArcCosine},  {"ATAN", ArcTangent},
-                                  {"EXP", Exponential}, {"LN", Logarithm},    {"LG", DecimalLogarithm},
-                                  {"SQRT", Root},       {"TRUNC", Truncated}, {"ROUND", Rounded},
-                                  {"FLOOR", Floor},     {"CEIL", Ceiling}};
+constexpr Function kFunctions[] = {{"SGN", Sign},        {"NEG", Negated},     {"ABS", Absolute},
+                                   {"SIN", Sine},        {"COS", Cosine},      {"TAN", Tangent},
+                                   {"ASIN", ArcSine},    {"ACOS", ArcCosine},  {"ATAN", ArcTangent},
+                                   {"EXP", Exponential}, {"LN", Logarithm},    {"LG", DecimalLogarithm},
+                                   {"SQRT", Root},       {"TRUNC", Truncated}, {"ROUND", Rounded},
+                                   {"FLOOR", Floor},     {"CEIL", Ceiling}};
 
 bool IsNamePart(char c)
 {
@@ -143,12 +143,12 @@ int FormulaParser::Add(Op op, int a, int b, int c)
                 std::max(node.height, 1 + m_pFormula->m_listNodes[static_cast<std::size_t>(operand)].height);
     }
     m_pFormula->m_listNodes.push_back(node);
-    return node.height > MAX_HEIGHT ? -1 : static_cast<int>(m_pFormula->m_listNodes.size()) - 1;
+    return node.height > kMaxHeight ? -1 : static_cast<int>(m_pFormula->m_listNodes.size()) - 1;
 }
 
 int FormulaParser::Condition()
 {
-    if (++m_nDepth > MAX_DEPTH)
+    if (++m_nDepth > kMaxDepth)
         return -1;
     const int question = Binary(0);
     int result = question;
@@ -164,7 +164,7 @@ int FormulaParser::Condition()
 const std::pair<const char *, Formula::Op> *FormulaParser::TakeOperator(int level)
 {
     // From the loosest to the tightest; within a level the longer spelling first.
-    static const std::vector<std::vector<std::pair<const char *, Op>>> LEVELS = {
+    static const std::vector<std::vector<std::pair<const char *, Op>>> kLevels = {
         {{"||", Op::LogicalOr}},
         {{"&&", Op::LogicalAnd}},
         {{"|", Op::Or}},
@@ -176,11 +176,11 @@ const std::pair<const char *, Formula::Op> *FormulaParser::TakeOperator(int leve
         {{"-", Op::Subtract}, {"+", Op::Add}},
         {{"%", Op::Remainder}, {"/", Op::Divide}, {"*", Op::Multiply}},
     };
-    if (level >= static_cast<int>(LEVELS.size()))
+    if (level >= static_cast<int>(kLevels.size()))
         return nullptr;
     Peek();
     const char *rest = m_text.constData() + m_nPosition;
-    for (const auto &candidate : LEVELS[static_cast<std::size_t>(level)]) {
+    for (const auto &candidate : kLevels[static_cast<std::size_t>(level)]) {
         const std::size_t length = std::strlen(candidate.first);
         if (std::strncmp(rest, candidate.first, length) != 0)
             continue;
@@ -198,8 +198,8 @@ const std::pair<const char *, Formula::Op> *FormulaParser::TakeOperator(int leve
 
 int FormulaParser::Binary(int level)
 {
-    constexpr int LEVEL_COUNT = 10;
-    if (level == LEVEL_COUNT)
+    constexpr int kLevelCount = 10;
+    if (level == kLevelCount)
         return Unary();
     int left = Binary(level + 1);
     while (left >= 0) {
@@ -214,7 +214,7 @@ int FormulaParser::Binary(int level)
 
 int FormulaParser::Unary()
 {
-    if (++m_nDepth > MAX_DEPTH)
+    if (++m_nDepth > kMaxDepth)
         return -1;
     int result = -1;
     if (Take("-")) {
@@ -309,7 +309,7 @@ int FormulaParser::Call(const QByteArray &name)
     }
     if (argument < 0 || !Take(")"))
         return -1;
-    for (const Function &function : FUNCTIONS) {
+    for (const Function &function : kFunctions) {
         if (name == function.name) {
             const int index = Add(Op::Function, argument);
             m_pFormula->m_listNodes.back().function = function.function;

@@ -7,7 +7,7 @@ namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_DEPTH = 100;
+constexpr int kMaxDepth = 100;
 
 /// Counts a level of recursion for as long as it lives.
 class Level
@@ -21,7 +21,7 @@ public:
     ~Level() { --*m_pDepth; }
     Level(const Level &) = delete;
     Level &operator=(const Level &) = delete;
-    bool IsTooDeep() const { return *m_pDepth > MAX_DEPTH; }
+    bool IsTooDeep() const { return *m_pDepth > kMaxDepth; }
 
 private:
     int *m_pDepth;
@@ -74,7 +74,7 @@ bool NodeEvaluator::IsFloat(int node) const
 
 int NodeEvaluator::RegisterOf(int node) const
 {
-    for (int steps = 0; node >= 0 && steps < MAX_DEPTH; ++steps) {
+    for (int steps = 0; node >= 0 && steps < kMaxDepth; ++steps) {
         if (IsRegisterNode(m_map.At(node)) || IsTextRegister(m_map.At(node)))
             return node;
         node = m_map.At(node).Target("pValue");

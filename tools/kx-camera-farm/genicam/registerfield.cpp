@@ -37,12 +37,12 @@ std::optional<std::uint32_t> NodeEvaluator::Address(const Node &node, std::size_
 
 std::optional<RegisterSpan> NodeEvaluator::Span(int index)
 {
-    constexpr std::int64_t LONGEST = 1 << 20; // no register is longer; a damaged description may say so
+    constexpr std::int64_t kLongest = 1 << 20; // no register is longer; a damaged description may say so
     const Node &node = m_map.At(index);
     const auto length = node.Find("pLength")
                             ? Integer(node.Target("pLength"))
                             : std::optional<std::int64_t>(ParseDescriptionInteger(node.Text("Length")));
-    if (!length || *length < 1 || *length > LONGEST)
+    if (!length || *length < 1 || *length > kLongest)
         return std::nullopt;
     const auto size = static_cast<std::size_t>(*length);
     const auto address = Address(node, size);

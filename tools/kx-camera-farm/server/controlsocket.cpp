@@ -11,7 +11,7 @@ namespace KxFarm {
 
 namespace {
 
-constexpr int MAX_LINE = 64 * 1024;
+constexpr int kMaxLine = 64 * 1024;
 
 bool SomebodyListens(const sockaddr_un &name)
 {
@@ -92,7 +92,7 @@ bool ControlSocket::Serve(int client, const Execute &execute)
         alive = SendAll(client, execute(state.input.left(end)) + '\n');
         state.input.remove(0, end + 1);
     }
-    alive = alive && state.input.size() <= MAX_LINE;
+    alive = alive && state.input.size() <= kMaxLine;
     if (!alive)
         m_mapClients.erase(client);
     return alive;

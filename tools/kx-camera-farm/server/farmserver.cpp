@@ -15,21 +15,21 @@ namespace KxFarm {
 namespace {
 
 // What a watched descriptor is: the kind in the upper half of its tag, camera or descriptor in the lower.
-constexpr std::uint64_t TAG_CAMERA = 0;
-constexpr std::uint64_t TAG_BROADCAST = std::uint64_t{1} << 32U;
-constexpr std::uint64_t TAG_SIGNAL = std::uint64_t{2} << 32U;
-constexpr std::uint64_t TAG_LISTENER = std::uint64_t{3} << 32U;
-constexpr std::uint64_t TAG_CLIENT = std::uint64_t{4} << 32U;
+constexpr std::uint64_t kTagCamera = 0;
+constexpr std::uint64_t kTagBroadcast = std::uint64_t{1} << 32U;
+constexpr std::uint64_t kTagSignal = std::uint64_t{2} << 32U;
+constexpr std::uint64_t kTagListener = std::uint64_t{3} << 32U;
+constexpr std::uint64_t kTagClient = std::uint64_t{4} << 32U;
 
 // Discovery goes to the broadcast address of the loopback network, or, by other clients, to the one of all
 // networks with a loopback address as its source.
-constexpr std::uint32_t BROADCAST_ADDRESSES[] = {0x7FFFFFFF, 0xFFFFFFFF};
-constexpr std::uint32_t STRANGER_ADDRESS = 0x7F000063; // 127.0.0.99
-constexpr std::size_t MAX_DATAGRAM = 2048;
+constexpr std::uint32_t kBroadcastAddresses[] = {0x7FFFFFFF, 0xFFFFFFFF};
+constexpr std::uint32_t kStrangerAddress = 0x7F000063; // 127.0.0.99
+constexpr std::size_t kMaxDatagram = 2048;
 
 // A discovery finds all cameras at once. Answers spread like this fit the finder's receive buffer, and even
 // 400 of them arrive within 40 ms.
-constexpr std::chrono::microseconds DISCOVERY_SPREAD(100);
+constexpr std::chrono::microseconds kDiscoverySpread(100);
 
 sockaddr_in SocketAddress(std::uint32_t address, std::uint16_t port)
 {
@@ -56,7 +56,7 @@ QString BindError(std::uint32_t address)
 {
     const QString reason = errno == EADDRINUSE ? QStringLiteral("the address is in use")
                                                : QString::fromLocal8Bit(std::strerror(errno));
-    return QStringLiteral("%1, UDP port %2: %3").arg(AddressText(address)).arg(Gvcp::UDP_PORT).arg(reason);
+    return QStringLiteral("%1, UDP port %2: %3").arg(AddressText(address)).arg(Gvcp::kUdpPort).arg(reason);
 }
 
 ssize_t Receive(int socket, std::uint8_t *buffer, Endpoint *pFrom)
@@ -64,7 +64,7 @@ ssize_t Receive(int socket, std::uint8_t *buffer, Endpoint *pFrom)
     sockaddr_in name = {};
     socklen_t size = sizeof name;
     const ssize_t count =
-        ::recvfrom(socket, buffer, MAX_DATAGRAM, 0, reinterpret_cast<sockaddr *>(&name), &size);
+        ::recvfrom(socket, buffer, kMaxDatagram, 0, reinterpret_cast<sockaddr *>(&name), &size);
     *pFrom = Endpoint{ntohl(name.sin_addr.s_addr), ntohs(name.sin_port)};
     return count;
 }
@@ -92,13 +92,13 @@ bool FarmServer::Open(const QString &controlPath, QString *pError)
         if (m_pFarm->At(i).IsPortOpen() && !OpenPort(i, pError))
             return false;
     }
-    m_stranger = BindUdp(STRANGER_ADDRESS, 0, true);
+    m_stranger = BindUdp(kStrangerAddress, 0, true);
     if (!OpenBroadcast(pError))
         return false;
     if (!controlPath.isEmpty()) {
         if (!m_control.Listen(controlPath, pError))
             return false;
-        Watch(m_control.Listener(), TAG_LISTENER);
+        Watch(m_control.Listener(), kTagListener);
     }
     if (OpenSignals())
         return true;
@@ -110,8 +110,8 @@ bool FarmServer::OpenPort(std::size_t index, QString *pError)
 {
     // Not shared: two cameras on one address would take each other's commands.
     const std::uint32_t address = m_pFarm->At(index).Device().IpAddress();
-    FileDescriptor socket = BindUdp(address, Gvcp::UDP_PORT, false);
-    if (!socket.IsOpen() || !Watch(socket.Get(), TAG_CAMERA | index)) {
+    FileDescriptor socket = BindUdp(address, Gvcp::kUdpPort, false);
+    if (!socket.IsOpen() || !Watch(socket.Get(), kTagCamera | index)) {
         *pError = BindError(address);
         return false;
     }
@@ -122,10 +122,10 @@ bool FarmServer::OpenPort(std::size_t index, QString *pError)
 
 bool FarmServer::OpenBroadcast(QString *pError)
 {
-    for (const std::uint32_t address : BROADCAST_ADDRESSES) {
-        FileDescriptor socket = BindUdp(address, Gvcp::UDP_PORT, true);
+    for (const std::uint32_t address : kBroadcastAddresses) {
+        FileDescriptor socket = BindUdp(address, Gvcp::kUdpPort, true);
         if (!socket.IsOpen() ||
-            !Watch(socket.Get(), TAG_BROADCAST | static_cast<std::uint64_t>(socket.Get()))) {
+            !Watch(socket.Get(), kTagBroadcast | static_cast<std::uint64_t>(socket.Get()))) {
             *pError = BindError(address);
             return false;
         }
@@ -143,7 +143,7 @@ bool FarmServer::OpenSignals()
     if (::pthread_sigmask(SIG_BLOCK, &signals, nullptr) != 0)
         return false;
     m_signals.Reset(::signalfd(-1, &signals, SFD_CLOEXEC));
-    return m_signals.IsOpen() && Watch(m_signals.Get(), TAG_SIGNAL);
+    return m_signals.IsOpen() && Watch(m_signals.Get(), kTagSignal);
 }
 
 void FarmServer::SynchronisePorts()
@@ -191,16 +191,16 @@ void FarmServer::OnEvent(std::uint64_t tag)
 {
     const std::uint64_t number = tag & 0xFFFFFFFFU;
     const std::uint64_t kind = tag - number;
-    if (kind == TAG_CAMERA) {
+    if (kind == kTagCamera) {
         OnDatagram(number);
-    } else if (kind == TAG_BROADCAST) {
+    } else if (kind == kTagBroadcast) {
         OnBroadcast(static_cast<int>(number));
-    } else if (kind == TAG_SIGNAL) {
+    } else if (kind == kTagSignal) {
         m_bStop = true;
-    } else if (kind == TAG_LISTENER) {
+    } else if (kind == kTagListener) {
         const int client = m_control.Accept();
         if (client >= 0)
-            Watch(client, TAG_CLIENT | static_cast<std::uint64_t>(client));
+            Watch(client, kTagClient | static_cast<std::uint64_t>(client));
     } else {
         m_control.Serve(static_cast<int>(number), [this](const QByteArray &line) {
             QByteArray answer = m_pFarm->Execute(line, std::chrono::steady_clock::now());
@@ -212,7 +212,7 @@ void FarmServer::OnEvent(std::uint64_t tag)
 
 void FarmServer::OnDatagram(std::size_t index)
 {
-    std::uint8_t buffer[MAX_DATAGRAM];
+    std::uint8_t buffer[kMaxDatagram];
     Endpoint from;
     const ssize_t count = Receive(m_listPorts[index].socket.Get(), buffer, &from);
     if (count > 0)
@@ -221,7 +221,7 @@ void FarmServer::OnDatagram(std::size_t index)
 
 void FarmServer::OnBroadcast(int socket)
 {
-    std::uint8_t buffer[MAX_DATAGRAM];
+    std::uint8_t buffer[kMaxDatagram];
     Endpoint from;
     const ssize_t count = Receive(socket, buffer, &from);
     Gvcp::Request request;
@@ -231,7 +231,7 @@ void FarmServer::OnBroadcast(int socket)
         (request.command != Gvcp::DISCOVERY_CMD && request.command != Gvcp::FORCEIP_CMD))
         return; // nothing else is meant for more than one camera
     for (std::size_t i = 0; i < m_listPorts.size(); ++i)
-        Answer(i, buffer, static_cast<std::size_t>(count), from, DISCOVERY_SPREAD * i);
+        Answer(i, buffer, static_cast<std::size_t>(count), from, kDiscoverySpread * i);
 }
 
 void FarmServer::Answer(std::size_t index, const std::uint8_t *data, std::size_t size, const Endpoint &from,

@@ -14,7 +14,7 @@ struct IdentityKey
     QByteArray CameraIdentity::*text;
 };
 
-constexpr IdentityKey IDENTITY_KEYS[] = {
+constexpr IdentityKey kIdentityKeys[] = {
     {"vendor", &CameraIdentity::vendor},   {"model", &CameraIdentity::model},
     {"version", &CameraIdentity::version}, {"info", &CameraIdentity::info},
     {"serial", &CameraIdentity::serial},   {"user-name", &CameraIdentity::userName}};
@@ -102,7 +102,7 @@ bool SimulatedCamera::SetIdentityText(const QByteArray &key, const QByteArray &v
         m_camera.SetIdentity(identity);
         return true;
     }
-    for (const IdentityKey &entry : IDENTITY_KEYS) {
+    for (const IdentityKey &entry : kIdentityKeys) {
         if (key == entry.key) {
             identity.*entry.text = Unescaped(value);
             m_camera.SetIdentity(identity);
@@ -184,7 +184,7 @@ QByteArray SimulatedCamera::Get(const QByteArray &key) const
         return m_bPortOpen ? "open" : "closed";
     if (key == "address")
         return AddressText(m_camera.IpAddress()).toUtf8();
-    for (const IdentityKey &entry : IDENTITY_KEYS) {
+    for (const IdentityKey &entry : kIdentityKeys) {
         if (key == entry.key)
             return QByteArray(m_camera.Identity().*entry.text).append("");
     }

@@ -6,16 +6,16 @@ namespace KxFarm::Gvcp {
 
 Parsed ParseRequest(const std::uint8_t *data, std::size_t size, Request *pRequest)
 {
-    if (size < HEADER_SIZE || data[0] != KEY)
+    if (size < kHeaderSize || data[0] != kKey)
         return Parsed::Ignore;
     pRequest->flags = data[1];
     pRequest->command = LoadBe16(data + 2);
     pRequest->size = LoadBe16(data + 4);
     pRequest->id = LoadBe16(data + 6);
-    pRequest->payload = data + HEADER_SIZE;
+    pRequest->payload = data + kHeaderSize;
     if (pRequest->id == 0)
         return Parsed::Ignore;
-    if (pRequest->size != size - HEADER_SIZE || pRequest->size > MAX_PAYLOAD) {
+    if (pRequest->size != size - kHeaderSize || pRequest->size > kMaxPayload) {
         pRequest->size = 0;
         return Parsed::BadHeader;
     }
@@ -25,13 +25,13 @@ Parsed ParseRequest(const std::uint8_t *data, std::size_t size, Request *pReques
 Bytes MakeAck(std::uint16_t status, std::uint16_t command, std::uint16_t id, const std::uint8_t *payload,
               std::size_t size)
 {
-    Bytes ack(HEADER_SIZE + size);
+    Bytes ack(kHeaderSize + size);
     StoreBe16(ack.data(), status);
     StoreBe16(ack.data() + 2, command);
     StoreBe16(ack.data() + 4, static_cast<std::uint16_t>(size));
     StoreBe16(ack.data() + 6, id);
     if (size != 0)
-        std::memcpy(ack.data() + HEADER_SIZE, payload, size);
+        std::memcpy(ack.data() + kHeaderSize, payload, size);
     return ack;
 }
 

@@ -8,14 +8,14 @@
 /// GigE Vision 2.0, sections 13 to 16 (GVCP) and 17 (dictionary). No I/O, no state.
 namespace KxFarm::Gvcp {
 
-constexpr std::uint16_t UDP_PORT = 3956;
-constexpr std::uint8_t KEY = 0x42;            ///< first byte of every command (15.1)
-constexpr std::uint8_t FLAG_ACK_REQUIRED = 1; ///< lowest bit of the flag byte (15.1)
-constexpr std::size_t HEADER_SIZE = 8;
-constexpr std::size_t MAX_PAYLOAD = 540;           ///< 576 bytes of IP packet less all headers (15.1)
-constexpr std::size_t MAX_READMEM = 536;           ///< MAX_PAYLOAD less the address in the acknowledge
-constexpr std::size_t DISCOVERY_ACK_PAYLOAD = 248; ///< bootstrap registers 0x0000 to 0x00F7 (16.1.2)
-constexpr std::size_t FORCEIP_PAYLOAD = 56; ///< MAC and new addresses, where those registers have them (16.2)
+constexpr std::uint16_t kUdpPort = 3956;
+constexpr std::uint8_t kKey = 0x42;          ///< first byte of every command (15.1)
+constexpr std::uint8_t kFlagAckRequired = 1; ///< lowest bit of the flag byte (15.1)
+constexpr std::size_t kHeaderSize = 8;
+constexpr std::size_t kMaxPayload = 540;          ///< 576 bytes of IP packet less all headers (15.1)
+constexpr std::size_t kMaxReadmem = 536;          ///< kMaxPayload less the address in the acknowledge
+constexpr std::size_t kDiscoveryAckPayload = 248; ///< bootstrap registers 0x0000 to 0x00F7 (16.1.2)
+constexpr std::size_t kForceipPayload = 56; ///< MAC and new addresses, where those registers have them (16.2)
 
 /// Command values (17, table 17-1); the acknowledge of a command has its value plus one.
 enum Command : std::uint16_t
@@ -54,7 +54,7 @@ struct Request
     std::uint8_t flags = 0;
     const std::uint8_t *payload = nullptr;
     std::size_t size = 0; ///< bytes of payload, as the header says
-    bool AckRequired() const { return (flags & FLAG_ACK_REQUIRED) != 0; }
+    bool AckRequired() const { return (flags & kFlagAckRequired) != 0; }
 };
 
 enum class Parsed

@@ -36,9 +36,9 @@ RegisterMemory::Page &RegisterMemory::OwnPage(std::uint32_t number)
 void RegisterMemory::Read(std::uint32_t address, std::uint8_t *data, std::size_t size) const
 {
     while (size > 0) {
-        const std::uint32_t offset = address % PAGE_SIZE;
-        const std::size_t part = std::min<std::size_t>(size, PAGE_SIZE - offset);
-        if (const Page *page = FindPage(address / PAGE_SIZE))
+        const std::uint32_t offset = address % kPageSize;
+        const std::size_t part = std::min<std::size_t>(size, kPageSize - offset);
+        if (const Page *page = FindPage(address / kPageSize))
             std::memcpy(data, page->data() + offset, part);
         else
             std::memset(data, 0, part);
@@ -51,9 +51,9 @@ void RegisterMemory::Read(std::uint32_t address, std::uint8_t *data, std::size_t
 void RegisterMemory::Write(std::uint32_t address, const std::uint8_t *data, std::size_t size)
 {
     while (size > 0) {
-        const std::uint32_t offset = address % PAGE_SIZE;
-        const std::size_t part = std::min<std::size_t>(size, PAGE_SIZE - offset);
-        std::memcpy(OwnPage(address / PAGE_SIZE).data() + offset, data, part);
+        const std::uint32_t offset = address % kPageSize;
+        const std::size_t part = std::min<std::size_t>(size, kPageSize - offset);
+        std::memcpy(OwnPage(address / kPageSize).data() + offset, data, part);
         address += static_cast<std::uint32_t>(part);
         data += part;
         size -= part;
@@ -83,7 +83,7 @@ void RegisterMemory::WriteWord(std::uint32_t address, std::uint32_t value)
 void RegisterMemory::CopyPages(const RegisterMemory &other, std::uint64_t first, std::uint64_t end)
 {
     const auto inside = [first, end](std::uint64_t number) {
-        return number * PAGE_SIZE >= first && (number + 1) * PAGE_SIZE <= end;
+        return number * kPageSize >= first && (number + 1) * kPageSize <= end;
     };
     for (auto it = m_mapPages.begin(); it != m_mapPages.end();)
         it = inside(it->first) ? m_mapPages.erase(it) : std::next(it);

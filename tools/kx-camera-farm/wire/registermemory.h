@@ -16,7 +16,7 @@ namespace KxFarm {
 class RegisterMemory
 {
 public:
-    static constexpr std::uint32_t PAGE_SIZE = 256;
+    static constexpr std::uint32_t kPageSize = 256;
 
     /// Starts with the content of `pBase`, which stays shared. Null: all zero.
     explicit RegisterMemory(std::shared_ptr<const RegisterMemory> pBase = nullptr);
@@ -35,7 +35,7 @@ public:
     std::size_t OwnPages() const { return m_mapPages.size(); } ///< pages written since the base
 
 private:
-    using Page = std::array<std::uint8_t, PAGE_SIZE>;
+    using Page = std::array<std::uint8_t, kPageSize>;
 
     const Page *FindPage(std::uint32_t number) const;
     Page &OwnPage(std::uint32_t number);

@@ -41,7 +41,7 @@ int MakeHandle(void **ppHandle, Args &&...args)
 
 /// Where the address may be reached: by the interfaces whose subnet it lies in, else by all that lead
 /// outward.
-std::vector<kxcc::Interface> InterfacesFor(uint32_t nIp, const std::vector<kxcc::Interface> &all)
+std::vector<kxcc::Interface> InterfacesFor(std::uint32_t nIp, const std::vector<kxcc::Interface> &all)
 {
     std::vector<kxcc::Interface> own;
     std::vector<kxcc::Interface> outward;
@@ -86,14 +86,14 @@ int KX_CC_FindDevice(const char *szAddress, unsigned int nTimeoutMs, KX_CC_DEVIC
     in_addr address{};
     if (szAddress == nullptr || !IsTimeout(nTimeoutMs) || inet_pton(AF_INET, szAddress, &address) != 1)
         return KX_CC_E_PARAMETER;
-    const uint32_t nIp = ntohl(address.s_addr);
+    const std::uint32_t nIp = ntohl(address.s_addr);
     const std::vector<kxcc::Interface> all = kxcc::ListInterfaces();
     if (!kxcc::IsOneDevice(nIp, all))
         return KX_CC_E_PARAMETER;
     kxcc::Round round;
     if (!round.Open(InterfacesFor(nIp, all)))
         return KX_CC_E_UNREACHABLE;
-    const uint64_t nBefore = kxcc::OpenCameras::Instance().Now();
+    const std::uint64_t nBefore = kxcc::OpenCameras::Instance().Now();
     round.CollectFrom(nIp, static_cast<int>(nTimeoutMs));
     round.ReadAccess();
     const auto cameras = round.Cameras();

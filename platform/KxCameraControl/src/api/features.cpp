@@ -18,7 +18,7 @@ namespace {
 using Devices = kxcc::HandleTable<kxcc::DeviceHandle>;
 
 /// No feature has a longer name; a longer one would not fit into a request.
-constexpr size_t kLongestName = 4096;
+constexpr std::size_t kLongestName = 4096;
 
 int CallFeature(void *hDevice, Operation operation, const char *szName, Request &request, Reply &reply)
 {
@@ -42,20 +42,21 @@ int Read(void *hDevice, Operation operation, const char *szName, const void *pOu
     return CallFeature(hDevice, operation, szName, request, reply);
 }
 
-int ReadPattern(void *hDevice, Operation operation, const char *szName, const void *pOut, uint32_t &nPattern)
+int ReadPattern(void *hDevice, Operation operation, const char *szName, const void *pOut,
+                std::uint32_t &nPattern)
 {
     Reply reply;
     const int nCode = Read(hDevice, operation, szName, pOut, reply);
     if (nCode != KX_CC_OK)
         return nCode;
-    if (reply.nNumber < std::numeric_limits<int32_t>::min() ||
-        reply.nNumber > std::numeric_limits<uint32_t>::max())
+    if (reply.nNumber < std::numeric_limits<std::int32_t>::min() ||
+        reply.nNumber > std::numeric_limits<std::uint32_t>::max())
         return KX_CC_E_FEATURE_VALUE;
-    nPattern = static_cast<uint32_t>(reply.nNumber);
+    nPattern = static_cast<std::uint32_t>(reply.nNumber);
     return KX_CC_OK;
 }
 
-int WriteNumber(void *hDevice, Operation operation, const char *szName, int64_t nNumber)
+int WriteNumber(void *hDevice, Operation operation, const char *szName, std::int64_t nNumber)
 {
     Request request;
     Reply reply;
@@ -67,7 +68,7 @@ int WriteNumber(void *hDevice, Operation operation, const char *szName, int64_t 
 
 int KX_CC_GetIntValue(void *hDevice, const char *szName, KX_CC_INT_VALUE *pValue)
 {
-    uint32_t nPattern = 0;
+    std::uint32_t nPattern = 0;
     const int nCode = ReadPattern(hDevice, Operation::GetInt, szName, pValue, nPattern);
     if (nCode == KX_CC_OK)
         *pValue = {nPattern, {}};
@@ -76,7 +77,7 @@ int KX_CC_GetIntValue(void *hDevice, const char *szName, KX_CC_INT_VALUE *pValue
 
 int KX_CC_GetEnumValue(void *hDevice, const char *szName, KX_CC_ENUM_VALUE *pValue)
 {
-    uint32_t nPattern = 0;
+    std::uint32_t nPattern = 0;
     const int nCode = ReadPattern(hDevice, Operation::GetEnum, szName, pValue, nPattern);
     if (nCode == KX_CC_OK)
         *pValue = {nPattern, {}};

@@ -8,13 +8,13 @@ namespace kxcc {
 namespace {
 
 /// The record may come from anywhere.
-template <size_t N>
+template <std::size_t N>
 std::string Text(const unsigned char (&field)[N])
 {
     return CleanIdText(field, N, N);
 }
 
-std::string AddressText(uint32_t nIp)
+std::string AddressText(std::uint32_t nIp)
 {
     char text[INET_ADDRSTRLEN] = "";
     const in_addr address{htonl(nIp)};

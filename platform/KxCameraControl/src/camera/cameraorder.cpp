@@ -6,7 +6,7 @@
 namespace kxcc {
 namespace {
 
-template <size_t N>
+template <std::size_t N>
 int Compare(const unsigned char (&a)[N], const unsigned char (&b)[N])
 {
     return std::memcmp(a, b, N);

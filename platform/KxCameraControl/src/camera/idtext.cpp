@@ -38,7 +38,7 @@ bool IsUnsafe(gunichar nChar)
 
 } // namespace
 
-std::string CleanIdText(const void *pText, size_t nSize, size_t nWidth)
+std::string CleanIdText(const void *pText, std::size_t nSize, std::size_t nWidth)
 {
     std::string text;
     const char *p = static_cast<const char *>(pText);
@@ -46,7 +46,7 @@ std::string CleanIdText(const void *pText, size_t nSize, size_t nWidth)
     while (p < pEnd && *p != '\0') {
         const gunichar nChar = g_utf8_get_char_validated(p, pEnd - p);
         const bool bInvalid = nChar == static_cast<gunichar>(-1) || nChar == static_cast<gunichar>(-2);
-        const size_t nBytes = bInvalid ? 1 : static_cast<size_t>(g_utf8_next_char(p) - p);
+        const std::size_t nBytes = bInvalid ? 1 : static_cast<std::size_t>(g_utf8_next_char(p) - p);
         const bool bReplace = bInvalid || IsUnsafe(nChar);
         if (text.size() + (bReplace ? 1 : nBytes) > nWidth)
             break;

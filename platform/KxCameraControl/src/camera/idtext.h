@@ -13,14 +13,14 @@ namespace kxcc {
 /// has no width or changes the direction of writing, '/', '\' and byte that is no UTF-8.
 ///
 /// @param pText  bytes as the camera sent them, nSize of them; need not end with a NUL.
-std::string CleanIdText(const void *pText, size_t nSize, size_t nWidth);
+std::string CleanIdText(const void *pText, std::size_t nSize, std::size_t nWidth);
 
 /// The same, written into a field of a record that is zero so far.
-template <size_t N>
-void SetIdField(unsigned char (&field)[N], const void *pText, size_t nSize)
+template <std::size_t N>
+void SetIdField(unsigned char (&field)[N], const void *pText, std::size_t nSize)
 {
     const std::string text = CleanIdText(pText, nSize, N);
-    for (size_t i = 0; i < text.size(); ++i)
+    for (std::size_t i = 0; i < text.size(); ++i)
         field[i] = static_cast<unsigned char>(text[i]);
 }
 

@@ -35,13 +35,13 @@ bool OpenCameras::IsOpen(const KX_CC_DEVICE_INFO &info)
     return EntryOf(info).nHandles > 0;
 }
 
-uint64_t OpenCameras::Now()
+std::uint64_t OpenCameras::Now()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_nNow;
 }
 
-bool OpenCameras::WasOpenSince(const KX_CC_DEVICE_INFO &info, uint64_t nPoint)
+bool OpenCameras::WasOpenSince(const KX_CC_DEVICE_INFO &info, std::uint64_t nPoint)
 {
     const Entry entry = EntryOf(info);
     return entry.nHandles > 0 || entry.nLastClosed > nPoint;

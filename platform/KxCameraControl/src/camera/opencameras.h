@@ -21,15 +21,15 @@ public:
     bool IsOpen(const KX_CC_DEVICE_INFO &info);
 
     /// A point in the order of openings and closings.
-    uint64_t Now();
+    std::uint64_t Now();
     /// True when the camera is open, or was closed after the point.
-    bool WasOpenSince(const KX_CC_DEVICE_INFO &info, uint64_t nPoint);
+    bool WasOpenSince(const KX_CC_DEVICE_INFO &info, std::uint64_t nPoint);
 
 private:
     struct Entry
     {
         int nHandles = 0;
-        uint64_t nLastClosed = 0;
+        std::uint64_t nLastClosed = 0;
     };
 
     /// Nothing for a camera that was never open.
@@ -37,7 +37,7 @@ private:
 
     std::mutex m_mutex;
     std::map<KX_CC_DEVICE_INFO, Entry, CameraOrder> m_entries; ///< every camera that was open once
-    uint64_t m_nNow = 1;
+    std::uint64_t m_nNow = 1;
 };
 
 } // namespace kxcc

@@ -7,13 +7,13 @@
 namespace kxcc {
 namespace {
 
-template <size_t N>
+template <std::size_t N>
 void SetText(unsigned char (&field)[N], const std::string &strText)
 {
     SetIdField(field, strText.data(), strText.size());
 }
 
-template <size_t N>
+template <std::size_t N>
 std::string Text(const unsigned char (&field)[N])
 {
     const char *pText = reinterpret_cast<const char *>(field);
@@ -36,18 +36,18 @@ KX_CC_DEVICE_INFO UsbRecord(const UsbCameraTexts &texts)
     return info;
 }
 
-std::vector<uint8_t> EncodeUsbRecords(const std::vector<KX_CC_DEVICE_INFO> &records)
+std::vector<std::uint8_t> EncodeUsbRecords(const std::vector<KX_CC_DEVICE_INFO> &records)
 {
-    std::vector<uint8_t> bytes(records.size() * sizeof(KX_CC_DEVICE_INFO));
+    std::vector<std::uint8_t> bytes(records.size() * sizeof(KX_CC_DEVICE_INFO));
     if (!bytes.empty())
         std::memcpy(bytes.data(), records.data(), bytes.size());
     return bytes;
 }
 
-std::vector<KX_CC_DEVICE_INFO> DecodeUsbRecords(const std::vector<uint8_t> &bytes)
+std::vector<KX_CC_DEVICE_INFO> DecodeUsbRecords(const std::vector<std::uint8_t> &bytes)
 {
     std::vector<KX_CC_DEVICE_INFO> records(bytes.size() / sizeof(KX_CC_DEVICE_INFO));
-    for (size_t i = 0; i < records.size(); ++i) {
+    for (std::size_t i = 0; i < records.size(); ++i) {
         KX_CC_DEVICE_INFO came{};
         std::memcpy(&came, bytes.data() + i * sizeof came, sizeof came);
         const KX_CC_USB_INFO &usb = came.SpecialInfo.stUsbInfo;

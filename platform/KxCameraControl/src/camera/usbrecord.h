@@ -23,11 +23,11 @@ struct UsbCameraTexts
 KX_CC_DEVICE_INFO UsbRecord(const UsbCameraTexts &texts);
 
 /// The records as they travel between the processes, one after the other.
-std::vector<uint8_t> EncodeUsbRecords(const std::vector<KX_CC_DEVICE_INFO> &records);
+std::vector<std::uint8_t> EncodeUsbRecords(const std::vector<KX_CC_DEVICE_INFO> &records);
 
 /// Made anew from the texts of what came, so that whatever has become of the helper, the records keep to
 /// their rules. An incomplete last one is left out.
-std::vector<KX_CC_DEVICE_INFO> DecodeUsbRecords(const std::vector<uint8_t> &bytes);
+std::vector<KX_CC_DEVICE_INFO> DecodeUsbRecords(const std::vector<std::uint8_t> &bytes);
 
 } // namespace kxcc
 

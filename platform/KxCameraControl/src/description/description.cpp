@@ -9,19 +9,19 @@
 namespace kxcc {
 namespace {
 
-bool StartsWith(const std::string &strText, size_t nPos, const char *szWhat)
+bool StartsWith(const std::string &strText, std::size_t nPos, const char *szWhat)
 {
     return strText.compare(nPos, std::char_traits<char>::length(szWhat), szWhat) == 0;
 }
 
-std::optional<uint32_t> ParseHex(std::string strNumber)
+std::optional<std::uint32_t> ParseHex(std::string strNumber)
 {
     if (strNumber.size() > 2 && strNumber[0] == '0' && (strNumber[1] == 'x' || strNumber[1] == 'X'))
         strNumber.erase(0, 2);
     guint64 nValue = 0;
     if (g_ascii_string_to_unsigned(strNumber.c_str(), 16, 0, UINT32_MAX, &nValue, nullptr) == FALSE)
         return std::nullopt;
-    return static_cast<uint32_t>(nValue);
+    return static_cast<std::uint32_t>(nValue);
 }
 
 std::string Lower(const std::string &strText)
@@ -33,7 +33,7 @@ std::string Lower(const std::string &strText)
 }
 
 /// Empty when it is no text of the encoding, or nobody knows the encoding.
-std::string Converted(const char *pText, size_t nSize, const char *szEncoding)
+std::string Converted(const char *pText, std::size_t nSize, const char *szEncoding)
 {
     gsize nWritten = 0;
     gchar *pUtf8 =
@@ -46,7 +46,7 @@ std::string Converted(const char *pText, size_t nSize, const char *szEncoding)
 }
 
 /// Position of the end of the XML declaration that the text begins with; npos without one.
-size_t EndOfDeclaration(const std::string &strText)
+std::size_t EndOfDeclaration(const std::string &strText)
 {
     return StartsWith(strText, 0, "<?xml") ? strText.find("?>") : std::string::npos;
 }
@@ -54,7 +54,7 @@ size_t EndOfDeclaration(const std::string &strText)
 /// The declaration would name the encoding that the text no longer has.
 void DeclareUtf8(std::string &strText)
 {
-    const size_t nEnd = EndOfDeclaration(strText);
+    const std::size_t nEnd = EndOfDeclaration(strText);
     if (nEnd != std::string::npos)
         strText.replace(0, nEnd + 2, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
 }
@@ -67,10 +67,10 @@ std::string FromUtf16(const std::string &strText, const char *szEncoding)
 }
 
 /// What stands in quotes behind the "encoding" at nPos; empty when that is no name.
-std::string EncodingAt(const std::string &strDeclaration, size_t nPos)
+std::string EncodingAt(const std::string &strDeclaration, std::size_t nPos)
 {
-    const size_t nQuote = strDeclaration.find_first_of("\"'", nPos);
-    const size_t nEnd =
+    const std::size_t nQuote = strDeclaration.find_first_of("\"'", nPos);
+    const std::size_t nEnd =
         nQuote == std::string::npos ? nQuote : strDeclaration.find(strDeclaration[nQuote], nQuote + 1);
     if (nEnd == std::string::npos)
         return {};
@@ -84,9 +84,9 @@ std::string EncodingAt(const std::string &strDeclaration, size_t nPos)
 /// JudgeDescription() would not see. So both get UTF-8.
 std::string InUtf8(std::string strText)
 {
-    const size_t nEnd = EndOfDeclaration(strText);
+    const std::size_t nEnd = EndOfDeclaration(strText);
     const std::string strDeclaration = strText.substr(0, nEnd == std::string::npos ? 0 : nEnd);
-    const size_t nFirst = strDeclaration.find("encoding");
+    const std::size_t nFirst = strDeclaration.find("encoding");
     if (nFirst == std::string::npos)
         return strText;
     const std::string strEncoding = EncodingAt(strDeclaration, nFirst);
@@ -114,12 +114,12 @@ std::string MadeValid(std::string strText)
 
 struct Tag
 {
-    size_t nEnd = std::string::npos; ///< behind its '>'; npos when it has none
-    int nAttributes = 0;             ///< texts in quotes
+    std::size_t nEnd = std::string::npos; ///< behind its '>'; npos when it has none
+    int nAttributes = 0;                  ///< texts in quotes
 };
 
 /// The tag that begins at nPos, minding '>' inside quotes.
-Tag ReadTag(const std::string &strText, size_t nPos)
+Tag ReadTag(const std::string &strText, std::size_t nPos)
 {
     Tag tag;
     char cQuote = '\0';
@@ -139,9 +139,9 @@ Tag ReadTag(const std::string &strText, size_t nPos)
     return tag;
 }
 
-size_t Behind(const std::string &strText, size_t nPos, const char *szEnd)
+std::size_t Behind(const std::string &strText, std::size_t nPos, const char *szEnd)
 {
-    const size_t nFound = strText.find(szEnd, nPos);
+    const std::size_t nFound = strText.find(szEnd, nPos);
     return nFound == std::string::npos ? nFound : nFound + std::char_traits<char>::length(szEnd);
 }
 
@@ -154,7 +154,7 @@ struct Counts
 };
 
 /// Goes over the tag at nPos. False when its attributes are too many.
-bool JudgeTag(const std::string &strText, bool bClosing, size_t &nPos, Counts &counts)
+bool JudgeTag(const std::string &strText, bool bClosing, std::size_t &nPos, Counts &counts)
 {
     const Tag tag = ReadTag(strText, nPos);
     nPos = tag.nEnd;
@@ -166,7 +166,7 @@ bool JudgeTag(const std::string &strText, bool bClosing, size_t &nPos, Counts &c
 }
 
 /// Goes over what begins with the '<' at nPos; to npos when it has no end.
-DescriptionVerdict JudgeMarkup(const std::string &strText, size_t &nPos, Counts &counts)
+DescriptionVerdict JudgeMarkup(const std::string &strText, std::size_t &nPos, Counts &counts)
 {
     const bool bClosing = StartsWith(strText, nPos, "</");
     if (!bClosing && ++counts.nNodes > kMaxNodes)
@@ -191,12 +191,12 @@ DescriptionVerdict JudgeMarkup(const std::string &strText, size_t &nPos, Counts 
 std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string &strUrl)
 {
     const std::string strText = strUrl.substr(0, strUrl.find('\0'));
-    const size_t nFirst = strText.find(';');
-    const size_t nSecond = nFirst == std::string::npos ? nFirst : strText.find(';', nFirst + 1);
+    const std::size_t nFirst = strText.find(';');
+    const std::size_t nSecond = nFirst == std::string::npos ? nFirst : strText.find(';', nFirst + 1);
     if (nSecond == std::string::npos || Lower(strText.substr(0, 6)) != "local:")
         return std::nullopt;
     // A schema version may follow: "...;length?SchemaVersion=1.1.0".
-    const size_t nEnd = strText.find_first_of("?; \t\r\n", nSecond + 1);
+    const std::size_t nEnd = strText.find_first_of("?; \t\r\n", nSecond + 1);
     const auto nAddress = ParseHex(strText.substr(nFirst + 1, nSecond - nFirst - 1));
     const auto nSize = ParseHex(
         strText.substr(nSecond + 1, nEnd == std::string::npos ? std::string::npos : nEnd - nSecond - 1));
@@ -213,7 +213,7 @@ std::string CleanDescription(std::string strText)
         strText = FromUtf16(strText, "UTF-16LE");
     else if (StartsWith(strText, 0, "\xFE\xFF"))
         strText = FromUtf16(strText, "UTF-16BE");
-    size_t nStart = strText.find("<?xml");
+    std::size_t nStart = strText.find("<?xml");
     if (nStart == std::string::npos)
         nStart = strText.find('<');
     if (nStart == std::string::npos)
@@ -232,7 +232,7 @@ DescriptionVerdict JudgeDescription(const std::string &strText)
     if (strText.size() > kMaxDescription)
         return DescriptionVerdict::TooLong;
     Counts counts;
-    size_t nPos = 0;
+    std::size_t nPos = 0;
     while ((nPos = strText.find('<', nPos)) != std::string::npos) {
         const DescriptionVerdict verdict = JudgeMarkup(strText, nPos, counts);
         if (verdict != DescriptionVerdict::Good)

@@ -18,19 +18,20 @@ constexpr int kMaxNesting = 256;
 /// What a tree of a description costs, in the helper and again in the tool, follows from these. Descriptions
 /// of real cameras have up to 28,000 elements in 1.3 MB, 16 attributes in one of them, 15 kB of text in one
 /// and 70 kB in all pointers.
-constexpr size_t kMaxDescription = size_t{16} << 20; ///< bytes, once it is UTF-8
-constexpr int kMaxNodes = 200000;                    ///< elements, comments, instructions, CDATA sections
+constexpr std::size_t kMaxDescription = std::size_t{16} << 20; ///< bytes, once it is UTF-8
+constexpr int kMaxNodes = 200000; ///< elements, comments, instructions, CDATA sections
 constexpr int kMaxAttributes = 200000;
-constexpr int kMaxAttributesOfElement = 100;            ///< parsers compare each with each other one
-constexpr size_t kMaxTextOfElement = size_t{256} << 10; ///< bytes
-constexpr size_t kMaxTextOfPointers = size_t{4} << 20;  ///< bytes, of all elements whose names begin with 'p'
+constexpr int kMaxAttributesOfElement = 100; ///< parsers compare each with each other one
+constexpr std::size_t kMaxTextOfElement = std::size_t{256} << 10; ///< bytes
+constexpr std::size_t kMaxTextOfPointers = std::size_t{4}
+                                           << 20; ///< bytes, of all elements whose names begin with 'p'
 
 /// Where a description lies in the memory of its camera (GigE Vision 2.0, 17.3 and part 28, register
 /// "First URL"): "Local:name.zip;address;length", numbers hexadecimal.
 struct DescriptionUrl
 {
-    uint32_t nAddress = 0;
-    uint32_t nSize = 0;
+    std::uint32_t nAddress = 0;
+    std::uint32_t nSize = 0;
     bool bZip = false;
 };
 

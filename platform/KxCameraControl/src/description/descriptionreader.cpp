@@ -15,10 +15,10 @@ struct Met
     struct Element
     {
         bool bPointer = false;
-        size_t nText = 0;
+        std::size_t nText = 0;
     };
     std::vector<Element> open;
-    size_t nTextOfPointers = 0;
+    std::size_t nTextOfPointers = 0;
     bool bTooMuch = false;
     bool bForeignName = false;
 };
@@ -58,9 +58,9 @@ void Characters(void *pMet, const xmlChar * /*pText*/, int nLength)
     if (met.open.empty())
         return;
     Met::Element &element = met.open.back();
-    element.nText += static_cast<size_t>(nLength);
+    element.nText += static_cast<std::size_t>(nLength);
     if (element.bPointer)
-        met.nTextOfPointers += static_cast<size_t>(nLength);
+        met.nTextOfPointers += static_cast<std::size_t>(nLength);
     met.bTooMuch =
         met.bTooMuch || element.nText > kMaxTextOfElement || met.nTextOfPointers > kMaxTextOfPointers;
 }

@@ -39,9 +39,9 @@ std::string UnpackFirstFile(const std::string &strArchive)
         if (nRead == 0)
             return strText;
         // zip_fread() checks the sum at the end of the data, so damaged data ends here, too.
-        if (nRead < 0 || strText.size() + static_cast<size_t>(nRead) > kMaxText)
+        if (nRead < 0 || strText.size() + static_cast<std::size_t>(nRead) > kMaxText)
             return {};
-        strText.append(block.data(), static_cast<size_t>(nRead));
+        strText.append(block.data(), static_cast<std::size_t>(nRead));
     }
 }
 

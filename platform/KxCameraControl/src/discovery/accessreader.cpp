@@ -8,12 +8,12 @@ namespace kxcc {
 namespace {
 
 // GVCP reserves request id 0.
-uint16_t RequestId(size_t nCamera)
+std::uint16_t RequestId(std::size_t nCamera)
 {
-    return static_cast<uint16_t>(nCamera % 0xFFFF + 1);
+    return static_cast<std::uint16_t>(nCamera % 0xFFFF + 1);
 }
 
-uint32_t AccessOf(const GvcpAck &ack)
+std::uint32_t AccessOf(const GvcpAck &ack)
 {
     if (ack.nStatus == kGvcpStatusAccessDenied)
         return KX_CC_ACCESS_IN_USE;
@@ -35,7 +35,7 @@ bool AccessReader::Open(const Interface &interface)
     return true;
 }
 
-void AccessReader::Add(uint32_t nIp, size_t nInterface)
+void AccessReader::Add(std::uint32_t nIp, std::size_t nInterface)
 {
     m_cameras.push_back({nIp, nInterface, true, KX_CC_ACCESS_UNREACHABLE});
     ++m_nWaiting;
@@ -48,7 +48,7 @@ void AccessReader::AddUnreachable()
 
 void AccessReader::Ask(bool bAgain)
 {
-    for (size_t i = bAgain ? 0 : m_nFirstNew; i < m_cameras.size(); ++i) {
+    for (std::size_t i = bAgain ? 0 : m_nFirstNew; i < m_cameras.size(); ++i) {
         const Asked &camera = m_cameras[i];
         if (camera.bWaiting)
             m_sockets[camera.nInterface].Send(camera.nIp,
@@ -57,9 +57,9 @@ void AccessReader::Ask(bool bAgain)
     m_nFirstNew = m_cameras.size();
 }
 
-void AccessReader::TakeAnswer(const GvcpAck &ack, uint32_t nFrom)
+void AccessReader::TakeAnswer(const GvcpAck &ack, std::uint32_t nFrom)
 {
-    const size_t i = ack.nRequestId > 0 ? ack.nRequestId - 1U : m_cameras.size();
+    const std::size_t i = ack.nRequestId > 0 ? ack.nRequestId - 1U : m_cameras.size();
     if (i >= m_cameras.size() || ack.nCommand != AckOf(GvcpCommand::ReadRegister) || !m_cameras[i].bWaiting ||
         m_cameras[i].nIp != nFrom)
         return;

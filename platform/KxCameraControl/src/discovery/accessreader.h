@@ -21,32 +21,32 @@ public:
 
     /// The next camera. Cameras are numbered from 0 in the order of these calls, interfaces in that of
     /// Open().
-    void Add(uint32_t nIp, size_t nInterface);
+    void Add(std::uint32_t nIp, std::size_t nInterface);
     /// One that is not to be asked: it is unreachable.
     void AddUnreachable();
 
     /// Asks those that were never asked; with bAgain all that have not answered.
     void Ask(bool bAgain);
-    void TakeAnswer(const GvcpAck &ack, uint32_t nFrom);
+    void TakeAnswer(const GvcpAck &ack, std::uint32_t nFrom);
 
     bool IsDone() const { return m_nWaiting == 0; }
     /// KX_CC_ACCESS_...; unreachable until the camera has answered.
-    uint32_t StatusOf(size_t nCamera) const { return m_cameras[nCamera].nStatus; }
+    std::uint32_t StatusOf(std::size_t nCamera) const { return m_cameras[nCamera].nStatus; }
     const std::vector<GvcpSocket> &Sockets() const { return m_sockets; }
 
 private:
     struct Asked
     {
-        uint32_t nIp;
-        size_t nInterface;
+        std::uint32_t nIp;
+        std::size_t nInterface;
         bool bWaiting;
-        uint32_t nStatus;
+        std::uint32_t nStatus;
     };
 
     std::vector<GvcpSocket> m_sockets; ///< by interface
     std::vector<Asked> m_cameras;
-    size_t m_nFirstNew = 0; ///< cameras from here on were never asked
-    size_t m_nWaiting = 0;
+    std::size_t m_nFirstNew = 0; ///< cameras from here on were never asked
+    std::size_t m_nWaiting = 0;
 };
 
 } // namespace kxcc

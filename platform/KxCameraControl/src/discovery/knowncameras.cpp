@@ -9,9 +9,9 @@ constexpr int kMissesUntilGone = 3;
 
 } // namespace
 
-size_t KnownCameras::CountOf(uint32_t nTransport) const
+std::size_t KnownCameras::CountOf(std::uint32_t nTransport) const
 {
-    return static_cast<size_t>(std::count_if(m_misses.begin(), m_misses.end(), [&](const auto &entry) {
+    return static_cast<std::size_t>(std::count_if(m_misses.begin(), m_misses.end(), [&](const auto &entry) {
         return entry.first.nTransportType == nTransport;
     }));
 }

@@ -2,6 +2,7 @@
 #define KXCAMERACONTROL_DISCOVERY_KNOWNCAMERAS_H
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -20,7 +21,7 @@ public:
 
     /// In the order of CameraOrder.
     const std::vector<KX_CC_DEVICE_INFO> &List() const { return m_list; }
-    size_t CountOf(uint32_t nTransport) const;
+    std::size_t CountOf(std::uint32_t nTransport) const;
     bool Contains(const KX_CC_DEVICE_INFO &info) const { return m_misses.count(info) != 0; }
 
 private:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::chrono::minutes kMinute(1);
 
-std::string Dotted(uint32_t nIp)
+std::string Dotted(std::uint32_t nIp)
 {
     return std::to_string(nIp >> 24U) + '.' + std::to_string((nIp >> 16U) & 0xFFU) + '.' +
            std::to_string((nIp >> 8U) & 0xFFU) + '.' + std::to_string(nIp & 0xFFU);
@@ -25,13 +25,13 @@ void Newcomers::BeginRound(Clock::time_point now)
     m_minute = now;
     m_nNewInMinute = 0;
     for (auto it = m_senders.begin(); it != m_senders.end();) {
-        it->second.bBarred = it->second.nShown > MOST_OF_ONE_DEVICE;
+        it->second.bBarred = it->second.nShown > kMostOfOneDevice;
         it->second.nShown = 0;
         it = it->second.bBarred ? std::next(it) : m_senders.erase(it);
     }
 }
 
-bool Newcomers::Admit(uint32_t nSender, const KX_CC_DEVICE_INFO &info)
+bool Newcomers::Admit(std::uint32_t nSender, const KX_CC_DEVICE_INFO &info)
 {
     const auto found = m_senders.find(nSender);
     if (found != m_senders.end() && found->second.bBarred) {
@@ -45,7 +45,7 @@ bool Newcomers::Admit(uint32_t nSender, const KX_CC_DEVICE_INFO &info)
         return false;
     }
     Sender &sender = m_senders[nSender];
-    sender.bBarred = ++sender.nShown > MOST_OF_ONE_DEVICE;
+    sender.bBarred = ++sender.nShown > kMostOfOneDevice;
     ++m_nNewInMinute;
     ++m_nInRound;
     if (sender.bBarred)
@@ -53,7 +53,7 @@ bool Newcomers::Admit(uint32_t nSender, const KX_CC_DEVICE_INFO &info)
     return !sender.bBarred;
 }
 
-bool Newcomers::IsBarred(uint32_t nSender) const
+bool Newcomers::IsBarred(std::uint32_t nSender) const
 {
     const auto found = m_senders.find(nSender);
     return found != m_senders.end() && found->second.bBarred;
@@ -62,23 +62,23 @@ bool Newcomers::IsBarred(uint32_t nSender) const
 /// A camera that got the address of a barred device says the same again and again, and is followed soon.
 void Newcomers::CountBarred(Sender &sender, const KX_CC_DEVICE_INFO &info)
 {
-    const std::array<uint32_t, 3> shown{info.nMacAddrHigh, info.nMacAddrLow,
-                                        info.SpecialInfo.stGigEInfo.nCurrentIp};
+    const std::array<std::uint32_t, 3> shown{info.nMacAddrHigh, info.nMacAddrLow,
+                                             info.SpecialInfo.stGigEInfo.nCurrentIp};
     if (shown == sender.last)
         return;
     sender.last = shown;
-    if (sender.nShown <= MOST_OF_ONE_DEVICE)
+    if (sender.nShown <= kMostOfOneDevice)
         ++sender.nShown;
 }
 
 bool Newcomers::IsFull() const
 {
-    return m_nNewInMinute >= MOST_CAMERAS || m_nInRound >= MOST_CAMERAS;
+    return m_nNewInMinute >= kMostCameras || m_nInRound >= kMostCameras;
 }
 
-void Newcomers::SayOnce(uint32_t nSender, const char *szWhat)
+void Newcomers::SayOnce(std::uint32_t nSender, const char *szWhat)
 {
-    if (m_named.size() < MOST_NAMED && m_named.insert(nSender).second)
+    if (m_named.size() < kMostNamed && m_named.insert(nSender).second)
         Log(KX_CC_LOG_WARNING, {}, "search: the device at " + Dotted(nSender) + ' ' + szWhat);
 }
 

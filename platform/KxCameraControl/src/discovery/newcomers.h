@@ -24,9 +24,9 @@ class Newcomers
 public:
     using Clock = std::chrono::steady_clock;
 
-    static constexpr int MOST_OF_ONE_DEVICE = 300; ///< new cameras a minute
-    static constexpr size_t MOST_CAMERAS = 4096;   ///< known at once, and new ones a minute of all devices
-    static constexpr size_t MOST_NAMED = 16;       ///< devices that the log names
+    static constexpr int kMostOfOneDevice = 300;      ///< new cameras a minute
+    static constexpr std::size_t kMostCameras = 4096; ///< known at once, and new ones a minute of all devices
+    static constexpr std::size_t kMostNamed = 16;     ///< devices that the log names
 
     /// @param known  what the rounds before have found; borrowed
     explicit Newcomers(const KnownCameras &known)
@@ -39,28 +39,29 @@ public:
     /// Whether the camera that a device shows may be listed. One that is new counts with each call, so a
     /// round asks once for each.
     /// @param nSender  address of the device, host order
-    bool Admit(uint32_t nSender, const KX_CC_DEVICE_INFO &info);
+    bool Admit(std::uint32_t nSender, const KX_CC_DEVICE_INFO &info);
     /// Whether the device is not followed now; then what it showed before does not count either.
-    bool IsBarred(uint32_t nSender) const;
+    bool IsBarred(std::uint32_t nSender) const;
 
 private:
     struct Sender
     {
         int nShown = 0; ///< new cameras in this minute
         bool bBarred = false;
-        std::array<uint32_t, 3> last{}; ///< the camera that it showed last, once it is barred
+        std::array<std::uint32_t, 3> last{}; ///< the camera that it showed last, once it is barred
     };
 
     static void CountBarred(Sender &sender, const KX_CC_DEVICE_INFO &info);
     bool IsFull() const;
-    void SayOnce(uint32_t nSender, const char *szWhat);
+    void SayOnce(std::uint32_t nSender, const char *szWhat);
 
     const KnownCameras &m_known;
-    std::map<uint32_t, Sender> m_senders; ///< those that showed something new in this minute, or are barred
-    std::set<uint32_t> m_named;
+    std::map<std::uint32_t, Sender>
+        m_senders; ///< those that showed something new in this minute, or are barred
+    std::set<std::uint32_t> m_named;
     Clock::time_point m_minute{}; ///< its begin
-    size_t m_nNewInMinute = 0;
-    size_t m_nInRound = 0; ///< what was known before it, and what is new
+    std::size_t m_nNewInMinute = 0;
+    std::size_t m_nInRound = 0; ///< what was known before it, and what is new
 };
 
 } // namespace kxcc

@@ -13,8 +13,8 @@ namespace {
 using std::chrono::milliseconds;
 
 // GVCP reserves request id 0.
-constexpr uint16_t kDiscoveryId = 0xFFFF;
-constexpr uint32_t kEveryone = 0xFFFFFFFF;
+constexpr std::uint16_t kDiscoveryId = 0xFFFF;
+constexpr std::uint32_t kEveryone = 0xFFFFFFFF;
 // Repeated as long as the search lasts, because a datagram can get lost, most of all where some hundred come
 // at once.
 constexpr milliseconds kRepeat(300);
@@ -63,19 +63,19 @@ bool Round::Open(const std::vector<Interface> &interfaces)
 
 void Round::Broadcast()
 {
-    for (size_t i = 0; i < m_sockets.size(); ++i) {
+    for (std::size_t i = 0; i < m_sockets.size(); ++i) {
         m_sockets[i].Send(m_interfaces[i].Broadcast(), BuildDiscovery(kDiscoveryId, true));
         m_sockets[i].Send(kEveryone, BuildDiscovery(kDiscoveryId, true));
     }
 }
 
-void Round::Ask(uint32_t nIp)
+void Round::Ask(std::uint32_t nIp)
 {
     for (const GvcpSocket &socket : m_sockets)
         socket.Send(nIp, BuildDiscovery(kDiscoveryId, false));
 }
 
-void Round::Collect(int nTimeoutMs, size_t nExpected)
+void Round::Collect(int nTimeoutMs, std::size_t nExpected)
 {
     const auto start = Clock::now();
     const auto end = start + milliseconds(nTimeoutMs);
@@ -98,7 +98,7 @@ void Round::Collect(int nTimeoutMs, size_t nExpected)
     }
 }
 
-void Round::CollectFrom(uint32_t nIp, int nTimeoutMs)
+void Round::CollectFrom(std::uint32_t nIp, int nTimeoutMs)
 {
     m_asked = nIp;
     const auto end = Clock::now() + milliseconds(nTimeoutMs);
@@ -125,7 +125,7 @@ void Round::ReadAccess()
 std::vector<KX_CC_DEVICE_INFO> Round::Cameras() const
 {
     std::vector<KX_CC_DEVICE_INFO> cameras;
-    for (size_t i = 0; i < m_found.size(); ++i) {
+    for (std::size_t i = 0; i < m_found.size(); ++i) {
         if (m_pNewcomers != nullptr && m_pNewcomers->IsBarred(m_found[i].nSender))
             continue;
         cameras.push_back(m_found[i].info);
@@ -141,7 +141,7 @@ void Round::Wait(Sockets which, Clock::time_point until) const
     descriptors.reserve(2 * m_sockets.size());
     for (const GvcpSocket &socket : m_access.Sockets())
         descriptors.push_back({socket.Descriptor(), POLLIN, 0});
-    for (size_t i = 0; which == Sockets::All && i < m_sockets.size(); ++i)
+    for (std::size_t i = 0; which == Sockets::All && i < m_sockets.size(); ++i)
         descriptors.push_back({m_sockets[i].Descriptor(), POLLIN, 0});
     if (!m_access.IsDone())
         until = std::min(until, m_nextAccess);
@@ -151,14 +151,14 @@ void Round::Wait(Sockets which, Clock::time_point until) const
 
 /// Hands over what is there already: the acknowledge, the sender, and the index of the interface.
 /// @return how many datagrams were there, those included that are none
-size_t Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
+std::size_t Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
 {
-    size_t nTaken = 0;
-    for (size_t i = 0; i < sockets.size(); ++i) {
-        uint8_t datagram[kGvcpDatagramSize];
-        uint32_t nFrom = 0;
+    std::size_t nTaken = 0;
+    for (std::size_t i = 0; i < sockets.size(); ++i) {
+        std::uint8_t datagram[kGvcpDatagramSize];
+        std::uint32_t nFrom = 0;
         for (int nLeft = kMostDatagrams; nLeft > 0; --nLeft) {
-            const size_t nSize = sockets[i].Receive(datagram, sizeof datagram, nFrom);
+            const std::size_t nSize = sockets[i].Receive(datagram, sizeof datagram, nFrom);
             if (nSize == 0)
                 break;
             ++nTaken;
@@ -170,17 +170,17 @@ size_t Round::Drain(const std::vector<GvcpSocket> &sockets, const Taker &take)
 }
 
 /// @return how many datagrams were there of the search
-size_t Round::TakeAnswers()
+std::size_t Round::TakeAnswers()
 {
     TakeAccess();
-    return Drain(m_sockets, [this](const GvcpAck &ack, uint32_t nSender, size_t nInterface) {
+    return Drain(m_sockets, [this](const GvcpAck &ack, std::uint32_t nSender, std::size_t nInterface) {
         TakeDiscovery(ack, nSender, nInterface);
     });
 }
 
 void Round::TakeAccess()
 {
-    Drain(m_access.Sockets(), [this](const GvcpAck &ack, uint32_t nSender, size_t /*interface*/) {
+    Drain(m_access.Sockets(), [this](const GvcpAck &ack, std::uint32_t nSender, std::size_t /*interface*/) {
         m_access.TakeAnswer(ack, nSender);
     });
 }
@@ -194,14 +194,14 @@ void Round::AskAccess()
         m_nextAccess = now + kAccessRepeat;
 }
 
-void Round::TakeDiscovery(const GvcpAck &ack, uint32_t nSender, size_t nHeardOn)
+void Round::TakeDiscovery(const GvcpAck &ack, std::uint32_t nSender, std::size_t nHeardOn)
 {
     const auto answer = ParseDiscoveryAck(ack);
     if (!answer || ack.nRequestId != kDiscoveryId)
         return;
     if (m_asked && (nSender != *m_asked || answer->nCurrentIp != *m_asked))
         return; // somebody else's, or one that leads to somebody else
-    const size_t nInterface = WayTo(answer->nCurrentIp, nHeardOn);
+    const std::size_t nInterface = WayTo(answer->nCurrentIp, nHeardOn);
     const Found found{GigeRecord(*answer, m_interfaces[nInterface]), nSender};
     const auto former = m_indexOf.find(found.info);
     if (former == m_indexOf.end())
@@ -213,24 +213,24 @@ void Round::TakeDiscovery(const GvcpAck &ack, uint32_t nSender, size_t nHeardOn)
 /// The interface that reaches the camera: the one it was heard on, unless the camera's subnet is that of
 /// another one. On a switch with two of our interfaces an answer may arrive at either; but none that came
 /// from outside leads to this machine's own network, nor the other way round.
-size_t Round::WayTo(uint32_t nCameraIp, size_t nHeardOn) const
+std::size_t Round::WayTo(std::uint32_t nCameraIp, std::size_t nHeardOn) const
 {
     if (m_interfaces[nHeardOn].Contains(nCameraIp))
         return nHeardOn;
     const auto same = std::find_if(m_interfaces.begin(), m_interfaces.end(), [&](const Interface &interface) {
         return interface.bLoopback == m_interfaces[nHeardOn].bLoopback && interface.Contains(nCameraIp);
     });
-    return same != m_interfaces.end() ? static_cast<size_t>(same - m_interfaces.begin()) : nHeardOn;
+    return same != m_interfaces.end() ? static_cast<std::size_t>(same - m_interfaces.begin()) : nHeardOn;
 }
 
-void Round::Add(const Found &found, size_t nInterface)
+void Round::Add(const Found &found, std::size_t nInterface)
 {
-    if (m_found.size() == MOST_CAMERAS ||
+    if (m_found.size() == kMostCameras ||
         (m_pNewcomers != nullptr && !m_pNewcomers->Admit(found.nSender, found.info)))
         return;
     m_indexOf.emplace(found.info, m_found.size());
     m_found.push_back(found);
-    const uint32_t nIp = found.info.SpecialInfo.stGigEInfo.nCurrentIp;
+    const std::uint32_t nIp = found.info.SpecialInfo.stGigEInfo.nCurrentIp;
     if (nIp == m_asked || (m_interfaces[nInterface].Contains(nIp) && IsOneDevice(nIp, m_interfaces)))
         m_access.Add(nIp, nInterface);
     else

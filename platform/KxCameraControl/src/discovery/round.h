@@ -28,7 +28,7 @@ class Round
 {
 public:
     /// Of one round; more than any network has.
-    static constexpr size_t MOST_CAMERAS = Newcomers::MOST_CAMERAS;
+    static constexpr std::size_t kMostCameras = Newcomers::kMostCameras;
 
     /// @param pNewcomers  says which devices are followed; borrowed. Null: all of them
     explicit Round(Newcomers *pNewcomers = nullptr)
@@ -41,9 +41,9 @@ public:
 
     /// Broadcasts on every interface, again and again, and collects answers for nTimeoutMs. Ends earlier when
     /// at least nExpected cameras have answered, have said who controls them, and no more come.
-    void Collect(int nTimeoutMs, size_t nExpected);
+    void Collect(int nTimeoutMs, std::size_t nExpected);
     /// Asks one address instead; ends with its answer, and takes no other.
-    void CollectFrom(uint32_t nIp, int nTimeoutMs);
+    void CollectFrom(std::uint32_t nIp, int nTimeoutMs);
     /// Waits a moment for the access status of cameras that have not told it yet.
     void ReadAccess();
 
@@ -52,12 +52,12 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Taker = std::function<void(const GvcpAck &, uint32_t, size_t)>;
+    using Taker = std::function<void(const GvcpAck &, std::uint32_t, std::size_t)>;
 
     struct Found
     {
         KX_CC_DEVICE_INFO info;
-        uint32_t nSender;
+        std::uint32_t nSender;
     };
 
     enum class Sockets
@@ -66,25 +66,25 @@ private:
         Access
     };
 
-    void Ask(uint32_t nIp);
+    void Ask(std::uint32_t nIp);
     void Broadcast();
     void AskAccess();
     void Wait(Sockets which, Clock::time_point until) const;
-    static size_t Drain(const std::vector<GvcpSocket> &sockets, const Taker &take);
-    size_t TakeAnswers();
+    static std::size_t Drain(const std::vector<GvcpSocket> &sockets, const Taker &take);
+    std::size_t TakeAnswers();
     void TakeAccess();
-    size_t WayTo(uint32_t nCameraIp, size_t nHeardOn) const;
-    void TakeDiscovery(const GvcpAck &ack, uint32_t nSender, size_t nHeardOn);
-    void Add(const Found &found, size_t nInterface);
+    std::size_t WayTo(std::uint32_t nCameraIp, std::size_t nHeardOn) const;
+    void TakeDiscovery(const GvcpAck &ack, std::uint32_t nSender, std::size_t nHeardOn);
+    void Add(const Found &found, std::size_t nInterface);
 
     Newcomers *const m_pNewcomers;
     std::vector<Interface> m_interfaces;
-    std::vector<GvcpSocket> m_sockets; ///< by interface, for the search
-    AccessReader m_access;             ///< its cameras are those of m_found
-    Clock::time_point m_nextAccess{};  ///< when the cameras that have not answered it are asked again
-    std::optional<uint32_t> m_asked;   ///< the one address that is asked
+    std::vector<GvcpSocket> m_sockets;    ///< by interface, for the search
+    AccessReader m_access;                ///< its cameras are those of m_found
+    Clock::time_point m_nextAccess{};     ///< when the cameras that have not answered it are asked again
+    std::optional<std::uint32_t> m_asked; ///< the one address that is asked
     std::vector<Found> m_found;
-    std::map<KX_CC_DEVICE_INFO, size_t, CameraOrder> m_indexOf; ///< into m_found
+    std::map<KX_CC_DEVICE_INFO, std::size_t, CameraOrder> m_indexOf; ///< into m_found
 };
 
 } // namespace kxcc

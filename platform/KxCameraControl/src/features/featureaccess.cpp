@@ -54,16 +54,16 @@ bool IsMissingLimit(GError *&pError)
     return true;
 }
 
-int IntegerLimits(ArvGcNode *pNode, int64_t &nMin, int64_t &nMax)
+int IntegerLimits(ArvGcNode *pNode, std::int64_t &nMin, std::int64_t &nMax)
 {
     GError *pError = nullptr;
     nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), &pError);
     if (IsMissingLimit(pError))
-        nMin = std::numeric_limits<int64_t>::min();
+        nMin = std::numeric_limits<std::int64_t>::min();
     if (pError == nullptr)
         nMax = arv_gc_integer_get_max(ARV_GC_INTEGER(pNode), &pError);
     if (IsMissingLimit(pError))
-        nMax = std::numeric_limits<int64_t>::max();
+        nMax = std::numeric_limits<std::int64_t>::max();
     return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
 }
 
@@ -83,12 +83,12 @@ int FloatLimits(ArvGcNode *pNode, double &dMin, double &dMax)
 /// Whether the value's 32-bit pattern, written, would set this value again. A feature with a negative
 /// minimum takes patterns from 2^31 on for negative values, even if its limits reach that far. Beyond 32
 /// bits the caller notices.
-int CheckPattern(ArvGcNode *pNode, int64_t nValue)
+int CheckPattern(ArvGcNode *pNode, std::int64_t nValue)
 {
-    if (nValue <= std::numeric_limits<int32_t>::max())
+    if (nValue <= std::numeric_limits<std::int32_t>::max())
         return CheckSign(pNode, nValue);
-    int64_t nMin = 0;
-    int64_t nMax = 0;
+    std::int64_t nMin = 0;
+    std::int64_t nMax = 0;
     const int nCode = IntegerLimits(pNode, nMin, nMax);
     if (nCode != KX_CC_OK)
         return nCode;
@@ -122,12 +122,12 @@ bool IsOneOf(const char *szTag, std::initializer_list<const char *> tags)
 
 } // namespace
 
-int CheckSign(ArvGcNode *pInteger, int64_t nValue)
+int CheckSign(ArvGcNode *pInteger, std::int64_t nValue)
 {
     if (nValue >= 0)
         return KX_CC_OK;
-    int64_t nMin = 0;
-    int64_t nMax = 0;
+    std::int64_t nMin = 0;
+    std::int64_t nMax = 0;
     const int nCode = IntegerLimits(pInteger, nMin, nMax);
     return nCode != KX_CC_OK || nMin < 0 ? nCode : KX_CC_E_FEATURE_VALUE;
 }
@@ -189,7 +189,7 @@ int FeatureAccess::FindForWriting(const std::string &strName, FeatureKind kind, 
     return Usability(pNode, true);
 }
 
-int FeatureAccess::GetInt(const std::string &strName, int64_t &nValue)
+int FeatureAccess::GetInt(const std::string &strName, std::int64_t &nValue)
 {
     ArvGcNode *pNode = nullptr;
     const int nCode = FindForReading(strName, FeatureKind::Integer, pNode);
@@ -200,7 +200,7 @@ int FeatureAccess::GetInt(const std::string &strName, int64_t &nValue)
     return pError == nullptr ? CheckPattern(pNode, nValue) : CodeOfError(pError);
 }
 
-int FeatureAccess::GetEnum(const std::string &strName, int64_t &nValue)
+int FeatureAccess::GetEnum(const std::string &strName, std::int64_t &nValue)
 {
     ArvGcNode *pNode = nullptr;
     const int nCode = FindForReading(strName, FeatureKind::Enumeration, pNode);
@@ -233,28 +233,28 @@ int FeatureAccess::GetBool(const std::string &strName, bool &bValue)
     return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
 }
 
-int FeatureAccess::SetInt(const std::string &strName, uint32_t nPattern)
+int FeatureAccess::SetInt(const std::string &strName, std::uint32_t nPattern)
 {
     ArvGcNode *pNode = nullptr;
     const int nCode = FindForWriting(strName, FeatureKind::Integer, pNode);
     if (nCode != KX_CC_OK)
         return nCode;
-    int64_t nValue = nPattern;
-    if (nPattern > static_cast<uint32_t>(std::numeric_limits<int32_t>::max())) {
+    std::int64_t nValue = nPattern;
+    if (nPattern > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
         GError *pError = nullptr;
-        const int64_t nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), &pError);
+        const std::int64_t nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), &pError);
         if (!IsMissingLimit(pError) && pError != nullptr)
             return CodeOfError(pError);
         if (nMin < 0)
-            nValue = static_cast<int32_t>(nPattern);
+            nValue = static_cast<std::int32_t>(nPattern);
     }
     return WriteInteger(pNode, nValue);
 }
 
-int FeatureAccess::WriteInteger(ArvGcNode *pNode, int64_t nValue)
+int FeatureAccess::WriteInteger(ArvGcNode *pNode, std::int64_t nValue)
 {
-    int64_t nMin = 0;
-    int64_t nMax = 0;
+    std::int64_t nMin = 0;
+    std::int64_t nMax = 0;
     const int nCode = IntegerLimits(pNode, nMin, nMax);
     if (nCode != KX_CC_OK)
         return nCode;
@@ -265,7 +265,7 @@ int FeatureAccess::WriteInteger(ArvGcNode *pNode, int64_t nValue)
     return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
 }
 
-int FeatureAccess::SetEnum(const std::string &strName, uint32_t nPattern)
+int FeatureAccess::SetEnum(const std::string &strName, std::uint32_t nPattern)
 {
     ArvGcNode *pNode = nullptr;
     const int nCode = FindForWriting(strName, FeatureKind::Enumeration, pNode);
@@ -273,7 +273,7 @@ int FeatureAccess::SetEnum(const std::string &strName, uint32_t nPattern)
         return nCode;
     ArvGcNode *pEntry = EntryByNumber(pNode, nPattern);
     if (pEntry == nullptr)
-        pEntry = EntryByNumber(pNode, static_cast<int32_t>(nPattern));
+        pEntry = EntryByNumber(pNode, static_cast<std::int32_t>(nPattern));
     return pEntry == nullptr ? KX_CC_E_FEATURE_VALUE : WriteEntry(pNode, pEntry);
 }
 

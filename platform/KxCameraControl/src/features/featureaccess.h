@@ -37,13 +37,13 @@ public:
     }
 
     /// @param nValue  one that its 32-bit pattern would set again, or one beyond 32 bits
-    int GetInt(const std::string &strName, int64_t &nValue);
-    int GetEnum(const std::string &strName, int64_t &nValue);
+    int GetInt(const std::string &strName, std::int64_t &nValue);
+    int GetEnum(const std::string &strName, std::int64_t &nValue);
     int GetFloat(const std::string &strName, double &dValue);
     int GetBool(const std::string &strName, bool &bValue);
     /// @param nPattern  signed when the feature's minimum is negative, else unsigned
-    int SetInt(const std::string &strName, uint32_t nPattern);
-    int SetEnum(const std::string &strName, uint32_t nPattern);
+    int SetInt(const std::string &strName, std::uint32_t nPattern);
+    int SetEnum(const std::string &strName, std::uint32_t nPattern);
     int SetFloat(const std::string &strName, float fValue);
     int SetBool(const std::string &strName, bool bValue);
 
@@ -57,7 +57,7 @@ public:
 
 private:
     int Find(const std::string &strName, FeatureKind kind, ArvGcNode *&pNode);
-    int WriteInteger(ArvGcNode *pNode, int64_t nValue);
+    int WriteInteger(ArvGcNode *pNode, std::int64_t nValue);
     int WriteFloat(ArvGcNode *pNode, double dValue, bool bSinglePrecision);
     int WriteEntry(ArvGcNode *pNode, ArvGcNode *pEntry);
 
@@ -67,13 +67,13 @@ private:
 
 /// KX_CC_E_FEATURE_VALUE for a negative value of a feature that has none: a register of 64 bits without a
 /// sign reads like that from 2^63 on.
-int CheckSign(ArvGcNode *pInteger, int64_t nValue);
+int CheckSign(ArvGcNode *pInteger, std::int64_t nValue);
 
 /// The result code of an evaluation; clears the error.
 int CodeOfError(GError *&pError);
 
 /// Entry of an enumeration by its number or name; null when there is none.
-ArvGcNode *EntryByNumber(ArvGcNode *pEnumeration, int64_t nValue);
+ArvGcNode *EntryByNumber(ArvGcNode *pEnumeration, std::int64_t nValue);
 ArvGcNode *EntryByName(ArvGcNode *pEnumeration, const std::string &strName);
 /// KX_CC_OK when the entry may be chosen now, KX_CC_E_FEATURE_VALUE when not.
 int IsEntryUsable(ArvGcNode *pEntry);

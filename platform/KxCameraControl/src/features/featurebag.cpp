@@ -9,7 +9,7 @@ namespace kxcc {
 namespace {
 
 /// An integer selector with more values than this counts something else than banks of settings.
-constexpr int64_t kMostIntegerChoices = 256;
+constexpr std::int64_t kMostIntegerChoices = 256;
 
 bool IsStreamable(ArvDomNode *pNode)
 {
@@ -129,9 +129,9 @@ FeatureBag::Names FeatureBag::ChoicesOf(const std::string &strSelector)
     } else if (KindOf(pNode) == FeatureKind::Boolean) {
         choices = {"0", "1"};
     } else if (KindOf(pNode) == FeatureKind::Integer) {
-        const int64_t nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), nullptr);
-        const int64_t nMax = arv_gc_integer_get_max(ARV_GC_INTEGER(pNode), nullptr);
-        for (int64_t n = nMin; n <= nMax && n - nMin < kMostIntegerChoices; ++n)
+        const std::int64_t nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), nullptr);
+        const std::int64_t nMax = arv_gc_integer_get_max(ARV_GC_INTEGER(pNode), nullptr);
+        for (std::int64_t n = nMin; n <= nMax && n - nMin < kMostIntegerChoices; ++n)
             choices.push_back(std::to_string(n));
     }
     return choices;
@@ -160,7 +160,7 @@ int FeatureBag::Save(std::vector<FeatureLine> &lines)
 }
 
 /// Sets the selectors of the group to each of their combinations, the first one slowest.
-int FeatureBag::SaveGroup(const Group &group, size_t nLevel, std::vector<FeatureLine> &lines)
+int FeatureBag::SaveGroup(const Group &group, std::size_t nLevel, std::vector<FeatureLine> &lines)
 {
     if (nLevel == group.selectors.size())
         return SaveFeatures(group.features, lines);
@@ -171,7 +171,7 @@ int FeatureBag::SaveGroup(const Group &group, size_t nLevel, std::vector<Feature
             return nCode;
         if (nCode != KX_CC_OK)
             continue; // this camera does not have the entry, or not now
-        const size_t nBefore = lines.size();
+        const std::size_t nBefore = lines.size();
         lines.push_back({strSelector, strChoice, {}});
         nCode = SaveGroup(group, nLevel + 1, lines);
         if (nCode != KX_CC_OK)
@@ -237,7 +237,7 @@ int FeatureBag::Load(const std::vector<FeatureLine> &lines)
 int FeatureBag::LoadRefused(const std::vector<FeatureLine> &lines, std::vector<bool> &refused)
 {
     std::set<std::string> refusedSelectors;
-    for (size_t i = 0; i < lines.size(); ++i) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
         const FeatureLine &line = lines[i];
         const bool bSelector = line.selection.empty() && IsSelector(m_pGenICam, line.strName);
         if (!refused[i] && !bSelector)

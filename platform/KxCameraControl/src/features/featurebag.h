@@ -41,7 +41,7 @@ private:
     std::vector<Group> Groups() const;
     Names SelectorsOf(const std::string &strFeature) const;
     Names ChoicesOf(const std::string &strSelector);
-    int SaveGroup(const Group &group, size_t nLevel, std::vector<FeatureLine> &lines);
+    int SaveGroup(const Group &group, std::size_t nLevel, std::vector<FeatureLine> &lines);
     int SaveFeatures(const Names &features, std::vector<FeatureLine> &lines);
     int Restore(const std::vector<FeatureLine> &selectors, std::vector<FeatureLine> &lines);
     int LoadRefused(const std::vector<FeatureLine> &lines, std::vector<bool> &refused);

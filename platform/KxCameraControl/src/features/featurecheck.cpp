@@ -11,7 +11,7 @@ namespace {
 // Aravis evaluates with several stack frames per pointer; real descriptions need a dozen levels.
 constexpr int kMaxLevels = 500;
 // A step may be a register of the camera, 0.2 ms away. Real features need some hundred at the most.
-constexpr uint64_t kMaxSteps = 10000;
+constexpr std::uint64_t kMaxSteps = 10000;
 
 } // namespace
 
@@ -30,7 +30,7 @@ bool FeatureCheck::IsUsable(ArvGcNode *pFeature)
 {
     std::vector<ArvGcNode *> waiting{pFeature};
     std::unordered_set<ArvGcNode *> seen{pFeature};
-    uint64_t nSteps = EffortOf(pFeature).nSteps;
+    std::uint64_t nSteps = EffortOf(pFeature).nSteps;
     while (!waiting.empty()) {
         const NodeLinks links = LinksOf(waiting.back());
         waiting.pop_back();
@@ -57,7 +57,7 @@ FeatureCheck::Effort FeatureCheck::EffortOf(ArvGcNode *pNode)
     {
         ArvGcNode *pNode;
         NodeLinks links;
-        size_t nNext = 0;
+        std::size_t nNext = 0;
     };
     const auto known = m_values.find(pNode);
     if (known != m_values.end())

@@ -28,8 +28,8 @@ private:
     struct Effort
     {
         bool bSound = true;
-        uint64_t nSteps = 0; ///< nodes evaluated, the same one as often as it is needed
-        int nLevels = 0;     ///< nodes on the longest way
+        std::uint64_t nSteps = 0; ///< nodes evaluated, the same one as often as it is needed
+        int nLevels = 0;          ///< nodes on the longest way
     };
 
     bool IsUsable(ArvGcNode *pFeature);

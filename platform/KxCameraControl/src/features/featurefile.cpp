@@ -8,9 +8,9 @@ namespace {
 const char *const kMarker = "# {05D8C294-F295-4dfb-9D01-096BD04049F4}";
 
 /// The line that begins at nPos, without its end (LF or CR LF); nPos moves to the next line.
-std::string NextLine(const std::string &strText, size_t &nPos)
+std::string NextLine(const std::string &strText, std::size_t &nPos)
 {
-    const size_t nEnd = strText.find('\n', nPos);
+    const std::size_t nEnd = strText.find('\n', nPos);
     std::string strLine = strText.substr(nPos, nEnd == std::string::npos ? nEnd : nEnd - nPos);
     nPos = nEnd == std::string::npos ? strText.size() : nEnd + 1;
     if (!strLine.empty() && strLine.back() == '\r')
@@ -23,13 +23,13 @@ std::string NextLine(const std::string &strText, size_t &nPos)
 void TakeSelection(FeatureLine &line)
 {
     const std::string &strValue = line.strValue;
-    const size_t nEnd = strValue.find("}\t");
+    const std::size_t nEnd = strValue.find("}\t");
     if (nEnd == std::string::npos || strValue[0] != '{')
         return;
     std::vector<std::pair<std::string, std::string>> selection;
-    for (size_t nPos = 1; nPos <= nEnd;) {
-        const size_t nPartEnd = std::min(strValue.find('\t', nPos), nEnd);
-        const size_t nEqual = strValue.find('=', nPos);
+    for (std::size_t nPos = 1; nPos <= nEnd;) {
+        const std::size_t nPartEnd = std::min(strValue.find('\t', nPos), nEnd);
+        const std::size_t nEqual = strValue.find('=', nPos);
         if (nEqual == nPos || nEqual >= nPartEnd)
             return;
         selection.emplace_back(strValue.substr(nPos, nEqual - nPos),
@@ -59,14 +59,14 @@ std::string WriteFeatureFile(const std::vector<std::string> &comments, const std
 std::optional<std::vector<FeatureLine>> ReadFeatureFile(const std::string &strText)
 {
     std::vector<FeatureLine> lines;
-    size_t nPos = 0;
+    std::size_t nPos = 0;
     if (NextLine(strText, nPos) != kMarker)
         return std::nullopt;
     while (nPos < strText.size()) {
         const std::string strLine = NextLine(strText, nPos);
         if (strLine.empty() || strLine[0] == '#')
             continue;
-        const size_t nTab = strLine.find('\t');
+        const std::size_t nTab = strLine.find('\t');
         if (nTab == std::string::npos || nTab == 0)
             return std::nullopt;
         lines.push_back({strLine.substr(0, nTab), strLine.substr(nTab + 1), {}});

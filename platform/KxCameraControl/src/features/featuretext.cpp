@@ -11,7 +11,7 @@
 namespace kxcc {
 namespace {
 
-bool ParseInteger(const std::string &strText, int64_t &nValue)
+bool ParseInteger(const std::string &strText, std::int64_t &nValue)
 {
     gchar *pEnd = nullptr;
     errno = 0; // beyond 64 bits the function gives the nearest number
@@ -45,7 +45,7 @@ std::vector<ArvGcNode *> EntriesOf(ArvGcNode *pEnumeration)
 
 } // namespace
 
-ArvGcNode *EntryByNumber(ArvGcNode *pEnumeration, int64_t nValue)
+ArvGcNode *EntryByNumber(ArvGcNode *pEnumeration, std::int64_t nValue)
 {
     for (ArvGcNode *pEntry : EntriesOf(pEnumeration)) {
         GError *pError = nullptr;
@@ -86,7 +86,7 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
         return nCode;
     GError *pError = nullptr;
     const char *szText = nullptr;
-    int64_t nValue = 0;
+    std::int64_t nValue = 0;
     double dValue = 0;
     switch (kind) {
     case FeatureKind::Integer:
@@ -132,7 +132,7 @@ int FeatureAccess::SetText(const std::string &strName, const std::string &strVal
     const int nCode = FindForWriting(strName, kind, pNode);
     if (nCode != KX_CC_OK)
         return nCode;
-    int64_t nValue = 0;
+    std::int64_t nValue = 0;
     double dValue = 0;
     GError *pError = nullptr;
     switch (kind) {

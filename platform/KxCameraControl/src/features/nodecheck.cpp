@@ -9,10 +9,10 @@
 namespace kxcc {
 namespace {
 
-constexpr int64_t kLongestNumber = 8;
-constexpr int64_t kLongestRegister = 1 << 20;
+constexpr std::int64_t kLongestNumber = 8;
+constexpr std::int64_t kLongestRegister = 1 << 20;
 // Reading so many bytes of a formula takes about as long as evaluating a node.
-constexpr size_t kBytesPerStep = 16;
+constexpr std::size_t kBytesPerStep = 16;
 
 enum class Role
 {
@@ -82,7 +82,7 @@ bool IsAtEnd(const char *szEnd)
 }
 
 /// @return whether the text is a number of 64 bits, signed or unsigned, and nothing else
-bool ParseWhole(const std::string &strText, int64_t &nValue)
+bool ParseWhole(const std::string &strText, std::int64_t &nValue)
 {
     gchar *pEnd = nullptr;
     errno = 0;
@@ -103,7 +103,7 @@ bool IsReal(const std::string &strText)
 
 bool IsNumber(ArvGcNode *pOwner, const std::string &strText)
 {
-    int64_t nValue = 0;
+    std::int64_t nValue = 0;
     if (ARV_IS_GC_FLOAT_NODE(pOwner))
         return IsReal(strText);
     // The schema lets a boolean say "true", which Aravis reads as 0.
@@ -159,7 +159,7 @@ bool HasKnife(ArvGcNode *pNode)
 }
 
 /// The length of a register, when it is a number in the description; 0 when it is computed.
-bool IsLengthPossible(ArvGcNode *pRegister, int64_t &nLength)
+bool IsLengthPossible(ArvGcNode *pRegister, std::int64_t &nLength)
 {
     nLength = 0;
     if (PropertyOf(pRegister, ARV_GC_PROPERTY_NODE_TYPE_P_LENGTH) != nullptr)
@@ -172,11 +172,11 @@ bool IsLengthPossible(ArvGcNode *pRegister, int64_t &nLength)
     return nLength >= 1 && nLength <= (bNumber ? kLongestNumber : kLongestRegister);
 }
 
-bool AreBitsInside(ArvGcNode *pNode, int64_t nLength)
+bool AreBitsInside(ArvGcNode *pNode, std::int64_t nLength)
 {
     for (ArvGcPropertyNode *pProperty : PropertiesOf(pNode)) {
         const ArvGcPropertyNodeType type = arv_gc_property_node_get_node_type(pProperty);
-        int64_t nBit = 0;
+        std::int64_t nBit = 0;
         if ((type == ARV_GC_PROPERTY_NODE_TYPE_LSB || type == ARV_GC_PROPERTY_NODE_TYPE_MSB ||
              type == ARV_GC_PROPERTY_NODE_TYPE_BIT) &&
             (!ParseWhole(TextOf(pProperty), nBit) || nBit < 0 || nBit >= nLength * 8))
@@ -187,7 +187,7 @@ bool AreBitsInside(ArvGcNode *pNode, int64_t nLength)
 
 bool IsRegisterWhole(ArvGcNode *pNode)
 {
-    int64_t nLength = 0;
+    std::int64_t nLength = 0;
     const bool bAddress =
         HasKnife(pNode) || Has(pNode, {ARV_GC_PROPERTY_NODE_TYPE_ADDRESS, ARV_GC_PROPERTY_NODE_TYPE_P_ADDRESS,
                                        ARV_GC_PROPERTY_NODE_TYPE_P_INDEX});
@@ -217,7 +217,7 @@ bool FindOffset(ArvGcPropertyNode *pIndex, ArvGcNode *&pOffset)
     pOffset = nullptr;
     const char *szOffset = IndexAttribute(pIndex, "Offset");
     const char *szNode = IndexAttribute(pIndex, "pOffset");
-    int64_t nValue = 0;
+    std::int64_t nValue = 0;
     if (szOffset != nullptr && !ParseWhole(szOffset, nValue))
         return false;
     if (szNode == nullptr)

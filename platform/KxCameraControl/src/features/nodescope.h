@@ -1,6 +1,7 @@
 #ifndef KXCAMERACONTROL_FEATURES_NODESCOPE_H
 #define KXCAMERACONTROL_FEATURES_NODESCOPE_H
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>

@@ -14,13 +14,13 @@
 namespace kxcc {
 namespace {
 
-bool WriteAll(int nFile, const std::vector<uint8_t> &bytes)
+bool WriteAll(int nFile, const std::vector<std::uint8_t> &bytes)
 {
-    size_t nDone = 0;
+    std::size_t nDone = 0;
     while (nDone < bytes.size()) {
         const ssize_t n = write(nFile, bytes.data() + nDone, bytes.size() - nDone);
         if (n > 0)
-            nDone += static_cast<size_t>(n);
+            nDone += static_cast<std::size_t>(n);
         else if (errno != EINTR)
             return false;
     }
@@ -37,12 +37,12 @@ int CreateBeside(const char *szPath, std::string &strTemporary)
 
 } // namespace
 
-int ReadWholeFile(const char *szPath, std::vector<uint8_t> &bytes)
+int ReadWholeFile(const char *szPath, std::vector<std::uint8_t> &bytes)
 {
     const int nFile = open(szPath, O_RDONLY | O_CLOEXEC);
     if (nFile < 0)
         return KX_CC_E_FILE_OPEN;
-    uint8_t block[16384];
+    std::uint8_t block[16384];
     ssize_t n = 0;
     while ((n = read(nFile, block, sizeof block)) > 0 && bytes.size() <= kMaxText)
         bytes.insert(bytes.end(), block, block + n);
@@ -52,7 +52,7 @@ int ReadWholeFile(const char *szPath, std::vector<uint8_t> &bytes)
     return bytes.size() > kMaxText ? KX_CC_E_FILE_FORMAT : KX_CC_OK;
 }
 
-int ReplaceFile(const char *szPath, const std::vector<uint8_t> &bytes)
+int ReplaceFile(const char *szPath, const std::vector<std::uint8_t> &bytes)
 {
     std::string strTemporary;
     const int nFile = CreateBeside(szPath, strTemporary);

@@ -7,11 +7,11 @@
 namespace kxcc {
 
 /// @return KX_CC_OK, KX_CC_E_FILE_OPEN, or KX_CC_E_FILE_FORMAT when it is longer than kMaxText
-int ReadWholeFile(const char *szPath, std::vector<uint8_t> &bytes);
+int ReadWholeFile(const char *szPath, std::vector<std::uint8_t> &bytes);
 
 /// Puts the bytes in the place of the file in one step: whoever opens it sees the old ones or the new ones.
 /// @return KX_CC_OK, KX_CC_E_FILE_OPEN, or KX_CC_E_FILE_WRITE; nothing is left behind after a failure
-int ReplaceFile(const char *szPath, const std::vector<uint8_t> &bytes);
+int ReplaceFile(const char *szPath, const std::vector<std::uint8_t> &bytes);
 
 } // namespace kxcc
 

@@ -35,7 +35,7 @@ constexpr int kMostStrangers = 1000;
 constexpr int kBusyPauses = 10;
 constexpr useconds_t kBusyPauseUs = 50000;
 
-sockaddr_in Address(uint32_t nIp, uint16_t nPort)
+sockaddr_in Address(std::uint32_t nIp, std::uint16_t nPort)
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -52,7 +52,7 @@ GvcpChannel::~GvcpChannel()
         close(m_nSocket);
 }
 
-bool GvcpChannel::Open(uint32_t nInterfaceIp, uint32_t nCameraIp)
+bool GvcpChannel::Open(std::uint32_t nInterfaceIp, std::uint32_t nCameraIp)
 {
     m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (m_nSocket < 0)
@@ -71,7 +71,7 @@ void GvcpChannel::SetProgress(std::function<void()> progress)
     m_progressThread = std::this_thread::get_id();
 }
 
-GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack)
+GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<std::uint8_t> bytes, GvcpAck &ack)
 {
     for (int nPauses = 0;; ++nPauses) {
         if (m_bDead || !Exchange(command, bytes, ack)) {
@@ -86,11 +86,11 @@ GvcpChannel::Result GvcpChannel::Command(GvcpCommand command, std::vector<uint8_
     }
 }
 
-bool GvcpChannel::Exchange(GvcpCommand command, std::vector<uint8_t> &bytes, GvcpAck &ack)
+bool GvcpChannel::Exchange(GvcpCommand command, std::vector<std::uint8_t> &bytes, GvcpAck &ack)
 {
-    m_nRequestId = m_nRequestId == UINT16_MAX ? 1 : static_cast<uint16_t>(m_nRequestId + 1);
-    bytes[6] = static_cast<uint8_t>(m_nRequestId >> 8);
-    bytes[7] = static_cast<uint8_t>(m_nRequestId);
+    m_nRequestId = m_nRequestId == UINT16_MAX ? 1 : static_cast<std::uint16_t>(m_nRequestId + 1);
+    bytes[6] = static_cast<std::uint8_t>(m_nRequestId >> 8);
+    bytes[7] = static_cast<std::uint8_t>(m_nRequestId);
     const bool bRead = command == GvcpCommand::ReadRegister || command == GvcpCommand::ReadMemory;
     milliseconds wait = bRead ? FirstReadRepeat() : kWriteRepeat;
     const milliseconds longestWait = std::max(wait, kLastReadRepeat);
@@ -141,7 +141,7 @@ bool GvcpChannel::Await(GvcpCommand command, milliseconds wait, GvcpAck &ack)
             usleep(20000); // nobody listens: no use in waiting out the attempt
             return false;
         }
-        const std::optional<GvcpAck> parsed = ParseAck(m_datagram.data(), static_cast<size_t>(nSize));
+        const std::optional<GvcpAck> parsed = ParseAck(m_datagram.data(), static_cast<std::size_t>(nSize));
         if (!parsed || parsed->nRequestId != m_nRequestId)
             continue;
         if (parsed->nCommand == AckOf(command)) {
@@ -157,69 +157,69 @@ bool GvcpChannel::Await(GvcpCommand command, milliseconds wait, GvcpAck &ack)
     return false;
 }
 
-GvcpChannel::Result GvcpChannel::ReadRegister(uint32_t nAddress, uint32_t &nValue)
+GvcpChannel::Result GvcpChannel::ReadRegister(std::uint32_t nAddress, std::uint32_t &nValue)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     GvcpAck ack;
     const Result result = Command(GvcpCommand::ReadRegister, BuildReadRegister(0, nAddress), ack);
     if (result != Result::Ok)
         return result;
-    const std::optional<uint32_t> value = ParseRegisterAck(ack);
+    const std::optional<std::uint32_t> value = ParseRegisterAck(ack);
     nValue = value.value_or(0);
     return value ? Result::Ok : Result::Malformed;
 }
 
-GvcpChannel::Result GvcpChannel::WriteRegister(uint32_t nAddress, uint32_t nValue)
+GvcpChannel::Result GvcpChannel::WriteRegister(std::uint32_t nAddress, std::uint32_t nValue)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     GvcpAck ack;
     return Command(GvcpCommand::WriteRegister, BuildWriteRegister(0, nAddress, nValue), ack);
 }
 
-GvcpChannel::Result GvcpChannel::ReadMemory(uint32_t nAddress, void *pBuffer, size_t nSize)
+GvcpChannel::Result GvcpChannel::ReadMemory(std::uint32_t nAddress, void *pBuffer, std::size_t nSize)
 {
-    auto *pBytes = static_cast<uint8_t *>(pBuffer);
+    auto *pBytes = static_cast<std::uint8_t *>(pBuffer);
     while (nSize > 0) {
-        const size_t nLead = nAddress % 4;
-        const size_t nPart = std::min(nSize, kGvcpBlockSize - nLead);
-        const size_t nAligned = (nLead + nPart + 3) / 4 * 4;
-        std::array<uint8_t, kGvcpBlockSize> block{};
-        const Result result =
-            ReadBlock(nAddress - static_cast<uint32_t>(nLead), block.data(), static_cast<uint16_t>(nAligned));
+        const std::size_t nLead = nAddress % 4;
+        const std::size_t nPart = std::min(nSize, kGvcpBlockSize - nLead);
+        const std::size_t nAligned = (nLead + nPart + 3) / 4 * 4;
+        std::array<std::uint8_t, kGvcpBlockSize> block{};
+        const Result result = ReadBlock(nAddress - static_cast<std::uint32_t>(nLead), block.data(),
+                                        static_cast<std::uint16_t>(nAligned));
         if (result != Result::Ok)
             return result;
         std::memcpy(pBytes, block.data() + nLead, nPart);
         pBytes += nPart;
-        nAddress += static_cast<uint32_t>(nPart);
+        nAddress += static_cast<std::uint32_t>(nPart);
         nSize -= nPart;
     }
     return Result::Ok;
 }
 
-GvcpChannel::Result GvcpChannel::ReadBlock(uint32_t nAddress, uint8_t *pBuffer, uint16_t nSize)
+GvcpChannel::Result GvcpChannel::ReadBlock(std::uint32_t nAddress, std::uint8_t *pBuffer, std::uint16_t nSize)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     GvcpAck ack;
     const Result result = Command(GvcpCommand::ReadMemory, BuildReadMemory(0, nAddress, nSize), ack);
     if (result != Result::Ok)
         return result;
-    const uint8_t *pData = ParseMemoryAck(ack, nAddress, nSize);
+    const std::uint8_t *pData = ParseMemoryAck(ack, nAddress, nSize);
     if (pData == nullptr)
         return Result::Malformed;
     std::memcpy(pBuffer, pData, nSize);
     return Result::Ok;
 }
 
-GvcpChannel::Result GvcpChannel::WriteMemory(uint32_t nAddress, const void *pData, size_t nSize)
+GvcpChannel::Result GvcpChannel::WriteMemory(std::uint32_t nAddress, const void *pData, std::size_t nSize)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto *pBytes = static_cast<const uint8_t *>(pData);
-    for (size_t nDone = 0; nDone < nSize; nDone += kGvcpBlockSize) {
-        const size_t nPart = std::min(nSize - nDone, kGvcpBlockSize);
+    const auto *pBytes = static_cast<const std::uint8_t *>(pData);
+    for (std::size_t nDone = 0; nDone < nSize; nDone += kGvcpBlockSize) {
+        const std::size_t nPart = std::min(nSize - nDone, kGvcpBlockSize);
         GvcpAck ack;
-        const Result result =
-            Command(GvcpCommand::WriteMemory,
-                    BuildWriteMemory(0, nAddress + static_cast<uint32_t>(nDone), pBytes + nDone, nPart), ack);
+        const Result result = Command(
+            GvcpCommand::WriteMemory,
+            BuildWriteMemory(0, nAddress + static_cast<std::uint32_t>(nDone), pBytes + nDone, nPart), ack);
         if (result != Result::Ok)
             return result;
     }

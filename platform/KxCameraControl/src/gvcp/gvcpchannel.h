@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -35,16 +36,16 @@ public:
 
     /// @param nInterfaceIp  address of this machine to send from, host order; 0 leaves it to the system
     /// @return false when there is no such address or no socket
-    bool Open(uint32_t nInterfaceIp, uint32_t nCameraIp);
+    bool Open(std::uint32_t nInterfaceIp, std::uint32_t nCameraIp);
 
-    Result ReadRegister(uint32_t nAddress, uint32_t &nValue);
-    Result WriteRegister(uint32_t nAddress, uint32_t nValue);
+    Result ReadRegister(std::uint32_t nAddress, std::uint32_t &nValue);
+    Result WriteRegister(std::uint32_t nAddress, std::uint32_t nValue);
     /// Any address and size; commands are aligned to 4 bytes and split into blocks as the standard asks.
-    Result ReadMemory(uint32_t nAddress, void *pBuffer, size_t nSize);
-    Result WriteMemory(uint32_t nAddress, const void *pData, size_t nSize);
+    Result ReadMemory(std::uint32_t nAddress, void *pBuffer, std::size_t nSize);
+    Result WriteMemory(std::uint32_t nAddress, const void *pData, std::size_t nSize);
 
     /// Status of the last answer that carried an error.
-    uint16_t LastStatus() const { return m_nLastStatus; }
+    std::uint16_t LastStatus() const { return m_nLastStatus; }
     /// How often the camera has refused an access for want of control (ACCESS_DENIED).
     unsigned int DeniedCount() const { return m_nDenied; }
     bool IsDead() const { return m_bDead; }
@@ -54,26 +55,26 @@ public:
 
 private:
     /// Ok and Status: the acknowledge is in m_datagram.
-    Result Command(GvcpCommand command, std::vector<uint8_t> bytes, GvcpAck &ack);
+    Result Command(GvcpCommand command, std::vector<std::uint8_t> bytes, GvcpAck &ack);
     /// One command under one id; false when it stays without an answer.
-    bool Exchange(GvcpCommand command, std::vector<uint8_t> &bytes, GvcpAck &ack);
+    bool Exchange(GvcpCommand command, std::vector<std::uint8_t> &bytes, GvcpAck &ack);
     bool Await(GvcpCommand command, std::chrono::milliseconds wait, GvcpAck &ack);
     Result Judge(const GvcpAck &ack);
     std::chrono::milliseconds FirstReadRepeat() const;
-    Result ReadBlock(uint32_t nAddress, uint8_t *pBuffer, uint16_t nSize);
+    Result ReadBlock(std::uint32_t nAddress, std::uint8_t *pBuffer, std::uint16_t nSize);
 
     std::mutex m_mutex;
     int m_nSocket = -1;
-    uint16_t m_nRequestId = 0;
+    std::uint16_t m_nRequestId = 0;
     bool m_bBusy = false;                               // it was at the end of the last command
     std::chrono::steady_clock::time_point m_commandEnd; // no request for more time reaches beyond
     std::chrono::milliseconds m_answerTime{0};          // of the last answer, since the command was last sent
-    std::atomic<uint16_t> m_nLastStatus{0};
+    std::atomic<std::uint16_t> m_nLastStatus{0};
     std::atomic<unsigned int> m_nDenied{0};
     std::atomic_bool m_bDead{false};
     std::function<void()> m_progress;
     std::thread::id m_progressThread;
-    std::array<uint8_t, kGvcpDatagramSize> m_datagram{};
+    std::array<std::uint8_t, kGvcpDatagramSize> m_datagram{};
 };
 
 } // namespace kxcc

@@ -5,95 +5,99 @@
 namespace kxcc {
 namespace {
 
-constexpr uint8_t kKey = 0x42;
-constexpr uint8_t kFlagAckRequired = 0x01;
-constexpr uint8_t kFlagAllowBroadcastAck = 0x10;
-constexpr size_t kHeaderSize = 8;
-constexpr size_t kDiscoveryAckSize = 248;
+constexpr std::uint8_t kKey = 0x42;
+constexpr std::uint8_t kFlagAckRequired = 0x01;
+constexpr std::uint8_t kFlagAllowBroadcastAck = 0x10;
+constexpr std::size_t kHeaderSize = 8;
+constexpr std::size_t kDiscoveryAckSize = 248;
 
-void Put16(std::vector<uint8_t> &bytes, uint16_t nValue)
+void Put16(std::vector<std::uint8_t> &bytes, std::uint16_t nValue)
 {
-    bytes.push_back(static_cast<uint8_t>(nValue >> 8));
-    bytes.push_back(static_cast<uint8_t>(nValue));
+    bytes.push_back(static_cast<std::uint8_t>(nValue >> 8));
+    bytes.push_back(static_cast<std::uint8_t>(nValue));
 }
 
-void Put32(std::vector<uint8_t> &bytes, uint32_t nValue)
+void Put32(std::vector<std::uint8_t> &bytes, std::uint32_t nValue)
 {
-    Put16(bytes, static_cast<uint16_t>(nValue >> 16));
-    Put16(bytes, static_cast<uint16_t>(nValue));
+    Put16(bytes, static_cast<std::uint16_t>(nValue >> 16));
+    Put16(bytes, static_cast<std::uint16_t>(nValue));
 }
 
-uint16_t Get16(const uint8_t *pBytes)
+std::uint16_t Get16(const std::uint8_t *pBytes)
 {
-    return static_cast<uint16_t>(pBytes[0] << 8 | pBytes[1]);
+    return static_cast<std::uint16_t>(pBytes[0] << 8 | pBytes[1]);
 }
 
-uint32_t Get32(const uint8_t *pBytes)
+std::uint32_t Get32(const std::uint8_t *pBytes)
 {
-    return static_cast<uint32_t>(Get16(pBytes)) << 16 | Get16(pBytes + 2);
+    return static_cast<std::uint32_t>(Get16(pBytes)) << 16 | Get16(pBytes + 2);
 }
 
-std::vector<uint8_t> Command(GvcpCommand command, uint8_t nFlags, uint16_t nRequestId, size_t nPayload)
+std::vector<std::uint8_t> Command(GvcpCommand command, std::uint8_t nFlags, std::uint16_t nRequestId,
+                                  std::size_t nPayload)
 {
-    std::vector<uint8_t> bytes;
+    std::vector<std::uint8_t> bytes;
     bytes.reserve(kHeaderSize + nPayload);
     bytes.push_back(kKey);
     bytes.push_back(nFlags);
-    Put16(bytes, static_cast<uint16_t>(command));
-    Put16(bytes, static_cast<uint16_t>(nPayload));
+    Put16(bytes, static_cast<std::uint16_t>(command));
+    Put16(bytes, static_cast<std::uint16_t>(nPayload));
     Put16(bytes, nRequestId);
     return bytes;
 }
 
-template <size_t N>
-void CopyField(std::array<uint8_t, N> &field, const uint8_t *pPayload, size_t nOffset)
+template <std::size_t N>
+void CopyField(std::array<std::uint8_t, N> &field, const std::uint8_t *pPayload, std::size_t nOffset)
 {
     std::memcpy(field.data(), pPayload + nOffset, N);
 }
 
 } // namespace
 
-std::vector<uint8_t> BuildDiscovery(uint16_t nRequestId, bool bAllowBroadcastAck)
+std::vector<std::uint8_t> BuildDiscovery(std::uint16_t nRequestId, bool bAllowBroadcastAck)
 {
     const auto nFlags =
-        static_cast<uint8_t>(kFlagAckRequired | (bAllowBroadcastAck ? kFlagAllowBroadcastAck : 0));
+        static_cast<std::uint8_t>(kFlagAckRequired | (bAllowBroadcastAck ? kFlagAllowBroadcastAck : 0));
     return Command(GvcpCommand::Discovery, nFlags, nRequestId, 0);
 }
 
-std::vector<uint8_t> BuildReadRegister(uint16_t nRequestId, uint32_t nAddress)
+std::vector<std::uint8_t> BuildReadRegister(std::uint16_t nRequestId, std::uint32_t nAddress)
 {
-    std::vector<uint8_t> bytes = Command(GvcpCommand::ReadRegister, kFlagAckRequired, nRequestId, 4);
+    std::vector<std::uint8_t> bytes = Command(GvcpCommand::ReadRegister, kFlagAckRequired, nRequestId, 4);
     Put32(bytes, nAddress);
     return bytes;
 }
 
-std::vector<uint8_t> BuildWriteRegister(uint16_t nRequestId, uint32_t nAddress, uint32_t nValue)
+std::vector<std::uint8_t> BuildWriteRegister(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                             std::uint32_t nValue)
 {
-    std::vector<uint8_t> bytes = Command(GvcpCommand::WriteRegister, kFlagAckRequired, nRequestId, 8);
+    std::vector<std::uint8_t> bytes = Command(GvcpCommand::WriteRegister, kFlagAckRequired, nRequestId, 8);
     Put32(bytes, nAddress);
     Put32(bytes, nValue);
     return bytes;
 }
 
-std::vector<uint8_t> BuildReadMemory(uint16_t nRequestId, uint32_t nAddress, uint16_t nCount)
+std::vector<std::uint8_t> BuildReadMemory(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                          std::uint16_t nCount)
 {
-    std::vector<uint8_t> bytes = Command(GvcpCommand::ReadMemory, kFlagAckRequired, nRequestId, 8);
+    std::vector<std::uint8_t> bytes = Command(GvcpCommand::ReadMemory, kFlagAckRequired, nRequestId, 8);
     Put32(bytes, nAddress);
     Put16(bytes, 0);
     Put16(bytes, nCount);
     return bytes;
 }
 
-std::vector<uint8_t> BuildWriteMemory(uint16_t nRequestId, uint32_t nAddress, const uint8_t *pData,
-                                      size_t nCount)
+std::vector<std::uint8_t> BuildWriteMemory(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                           const std::uint8_t *pData, std::size_t nCount)
 {
-    std::vector<uint8_t> bytes = Command(GvcpCommand::WriteMemory, kFlagAckRequired, nRequestId, 4 + nCount);
+    std::vector<std::uint8_t> bytes =
+        Command(GvcpCommand::WriteMemory, kFlagAckRequired, nRequestId, 4 + nCount);
     Put32(bytes, nAddress);
     bytes.insert(bytes.end(), pData, pData + nCount);
     return bytes;
 }
 
-std::optional<GvcpAck> ParseAck(const uint8_t *pDatagram, size_t nSize)
+std::optional<GvcpAck> ParseAck(const std::uint8_t *pDatagram, std::size_t nSize)
 {
     if (nSize < kHeaderSize)
         return std::nullopt;
@@ -108,21 +112,21 @@ std::optional<GvcpAck> ParseAck(const uint8_t *pDatagram, size_t nSize)
     return ack;
 }
 
-std::optional<uint32_t> ParseRegisterAck(const GvcpAck &ack)
+std::optional<std::uint32_t> ParseRegisterAck(const GvcpAck &ack)
 {
     if (ack.nPayload < 4)
         return std::nullopt;
     return Get32(ack.pPayload);
 }
 
-const uint8_t *ParseMemoryAck(const GvcpAck &ack, uint32_t nAddress, size_t nCount)
+const std::uint8_t *ParseMemoryAck(const GvcpAck &ack, std::uint32_t nAddress, std::size_t nCount)
 {
     if (ack.nPayload < 4 || ack.nPayload - 4 < nCount || Get32(ack.pPayload) != nAddress)
         return nullptr;
     return ack.pPayload + 4;
 }
 
-std::optional<uint16_t> ParsePendingAck(const GvcpAck &ack)
+std::optional<std::uint16_t> ParsePendingAck(const GvcpAck &ack)
 {
     if (ack.nPayload < 4)
         return std::nullopt;
@@ -133,7 +137,7 @@ std::optional<DiscoveryAck> ParseDiscoveryAck(const GvcpAck &ack)
 {
     if (ack.nCommand != AckOf(GvcpCommand::Discovery) || ack.nStatus != 0 || ack.nPayload < kDiscoveryAckSize)
         return std::nullopt;
-    const uint8_t *p = ack.pPayload;
+    const std::uint8_t *p = ack.pPayload;
     DiscoveryAck answer;
     answer.nMacHigh = Get16(p + 10);
     answer.nMacLow = Get32(p + 12);

@@ -17,14 +17,14 @@
 
 namespace kxcc {
 
-constexpr uint16_t kGvcpPort = 3956;
+constexpr std::uint16_t kGvcpPort = 3956;
 /// Most bytes that one READMEM or WRITEMEM carries, so that the datagram stays within 576 bytes.
-constexpr size_t kGvcpBlockSize = 512;
+constexpr std::size_t kGvcpBlockSize = 512;
 /// Largest datagram that a camera may send on the control channel; longer ones are cut by the socket.
-constexpr size_t kGvcpDatagramSize = 1024;
+constexpr std::size_t kGvcpDatagramSize = 1024;
 
 /// Registers of GigE Vision 2.0, part 28 (bootstrap registers).
-enum GvcpRegister : uint32_t
+enum GvcpRegister : std::uint32_t
 {
     kRegisterDeviceMode = 0x0004,
     kRegisterMacHigh0 = 0x0008,     ///< of the first network interface; the low half follows each
@@ -41,10 +41,10 @@ enum GvcpRegister : uint32_t
 };
 
 /// Bits of the control-channel-privilege register.
-constexpr uint32_t kPrivilegeExclusive = 0x1;
-constexpr uint32_t kPrivilegeControl = 0x2;
+constexpr std::uint32_t kPrivilegeExclusive = 0x1;
+constexpr std::uint32_t kPrivilegeControl = 0x2;
 
-enum class GvcpCommand : uint16_t
+enum class GvcpCommand : std::uint16_t
 {
     Discovery = 0x0002,
     ReadRegister = 0x0080,
@@ -53,59 +53,61 @@ enum class GvcpCommand : uint16_t
     WriteMemory = 0x0086,
 };
 
-constexpr uint16_t kGvcpPendingAck = 0x0089;
-constexpr uint16_t kGvcpStatusAccessDenied = 0x8006;
-constexpr uint16_t kGvcpStatusBusy = 0x8007;
+constexpr std::uint16_t kGvcpPendingAck = 0x0089;
+constexpr std::uint16_t kGvcpStatusAccessDenied = 0x8006;
+constexpr std::uint16_t kGvcpStatusBusy = 0x8007;
 
 /// The acknowledge that belongs to a command (its number is the command's plus one).
-constexpr uint16_t AckOf(GvcpCommand command)
+constexpr std::uint16_t AckOf(GvcpCommand command)
 {
-    return static_cast<uint16_t>(static_cast<uint16_t>(command) + 1);
+    return static_cast<std::uint16_t>(static_cast<std::uint16_t>(command) + 1);
 }
 
-std::vector<uint8_t> BuildDiscovery(uint16_t nRequestId, bool bAllowBroadcastAck);
-std::vector<uint8_t> BuildReadRegister(uint16_t nRequestId, uint32_t nAddress);
-std::vector<uint8_t> BuildWriteRegister(uint16_t nRequestId, uint32_t nAddress, uint32_t nValue);
+std::vector<std::uint8_t> BuildDiscovery(std::uint16_t nRequestId, bool bAllowBroadcastAck);
+std::vector<std::uint8_t> BuildReadRegister(std::uint16_t nRequestId, std::uint32_t nAddress);
+std::vector<std::uint8_t> BuildWriteRegister(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                             std::uint32_t nValue);
 /// @param nCount bytes, a multiple of 4, up to kGvcpBlockSize.
-std::vector<uint8_t> BuildReadMemory(uint16_t nRequestId, uint32_t nAddress, uint16_t nCount);
+std::vector<std::uint8_t> BuildReadMemory(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                          std::uint16_t nCount);
 /// @param nCount bytes, up to kGvcpBlockSize.
-std::vector<uint8_t> BuildWriteMemory(uint16_t nRequestId, uint32_t nAddress, const uint8_t *pData,
-                                      size_t nCount);
+std::vector<std::uint8_t> BuildWriteMemory(std::uint16_t nRequestId, std::uint32_t nAddress,
+                                           const std::uint8_t *pData, std::size_t nCount);
 
 /// An acknowledge; the payload is borrowed from the datagram.
 struct GvcpAck
 {
-    uint16_t nStatus = 0; ///< 0 success, 0x8001 and up an error
-    uint16_t nCommand = 0;
-    uint16_t nRequestId = 0;
-    const uint8_t *pPayload = nullptr;
-    size_t nPayload = 0;
+    std::uint16_t nStatus = 0; ///< 0 success, 0x8001 and up an error
+    std::uint16_t nCommand = 0;
+    std::uint16_t nRequestId = 0;
+    const std::uint8_t *pPayload = nullptr;
+    std::size_t nPayload = 0;
 };
 
 /// Nothing when the datagram is shorter than its header says, or than a header.
-std::optional<GvcpAck> ParseAck(const uint8_t *pDatagram, size_t nSize);
+std::optional<GvcpAck> ParseAck(const std::uint8_t *pDatagram, std::size_t nSize);
 
 /// Value of a READREG acknowledge for one register; nothing when it is too short.
-std::optional<uint32_t> ParseRegisterAck(const GvcpAck &ack);
+std::optional<std::uint32_t> ParseRegisterAck(const GvcpAck &ack);
 /// Data of a READMEM acknowledge, nCount bytes long; null when the address differs or it is too short.
-const uint8_t *ParseMemoryAck(const GvcpAck &ack, uint32_t nAddress, size_t nCount);
+const std::uint8_t *ParseMemoryAck(const GvcpAck &ack, std::uint32_t nAddress, std::size_t nCount);
 /// Milliseconds that a PENDING_ACK asks for; nothing when it is too short.
-std::optional<uint16_t> ParsePendingAck(const GvcpAck &ack);
+std::optional<std::uint16_t> ParsePendingAck(const GvcpAck &ack);
 
 /// What a DISCOVERY_ACK says, as sent: texts may lack their NUL.
 struct DiscoveryAck
 {
-    uint16_t nMacHigh = 0;
-    uint32_t nMacLow = 0;
-    uint32_t nCurrentIp = 0;
-    uint32_t nSubnetMask = 0;
-    uint32_t nGateway = 0;
-    std::array<uint8_t, 32> manufacturerName{};
-    std::array<uint8_t, 32> modelName{};
-    std::array<uint8_t, 32> deviceVersion{};
-    std::array<uint8_t, 48> manufacturerInfo{};
-    std::array<uint8_t, 16> serialNumber{};
-    std::array<uint8_t, 16> userDefinedName{};
+    std::uint16_t nMacHigh = 0;
+    std::uint32_t nMacLow = 0;
+    std::uint32_t nCurrentIp = 0;
+    std::uint32_t nSubnetMask = 0;
+    std::uint32_t nGateway = 0;
+    std::array<std::uint8_t, 32> manufacturerName{};
+    std::array<std::uint8_t, 32> modelName{};
+    std::array<std::uint8_t, 32> deviceVersion{};
+    std::array<std::uint8_t, 48> manufacturerInfo{};
+    std::array<std::uint8_t, 16> serialNumber{};
+    std::array<std::uint8_t, 16> userDefinedName{};
 };
 
 /// Nothing for any other acknowledge, for an error status, and for a payload below its 248 bytes.

@@ -17,7 +17,7 @@ namespace {
 // Some hundred cameras answer a broadcast at once.
 constexpr int kReceiveBuffer = 4 << 20;
 
-sockaddr_in Address(uint32_t nIp, uint16_t nPort)
+sockaddr_in Address(std::uint32_t nIp, std::uint16_t nPort)
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -65,10 +65,10 @@ bool GvcpSocket::Bind(Way way)
     return bind(m_nSocket, reinterpret_cast<const sockaddr *>(&local), sizeof local) == 0;
 }
 
-bool GvcpSocket::Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const
+bool GvcpSocket::Send(std::uint32_t nIp, const std::vector<std::uint8_t> &bytes) const
 {
     sockaddr_in to = Address(nIp, kGvcpPort);
-    iovec data{const_cast<uint8_t *>(bytes.data()), bytes.size()};
+    iovec data{const_cast<std::uint8_t *>(bytes.data()), bytes.size()};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(in_pktinfo))] = {};
     msghdr message{};
     message.msg_name = &to;
@@ -88,14 +88,14 @@ bool GvcpSocket::Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const
     return sendmsg(m_nSocket, &message, MSG_NOSIGNAL) >= 0;
 }
 
-size_t GvcpSocket::Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const
+std::size_t GvcpSocket::Receive(std::uint8_t *pBuffer, std::size_t nSize, std::uint32_t &nFromIp) const
 {
     sockaddr_in from{};
     socklen_t nFrom = sizeof from;
     const ssize_t nRead =
         recvfrom(m_nSocket, pBuffer, nSize, MSG_DONTWAIT, reinterpret_cast<sockaddr *>(&from), &nFrom);
     nFromIp = ntohl(from.sin_addr.s_addr);
-    return nRead > 0 ? static_cast<size_t>(nRead) : 0;
+    return nRead > 0 ? static_cast<std::size_t>(nRead) : 0;
 }
 
 } // namespace kxcc

@@ -29,10 +29,10 @@ public:
     int Descriptor() const { return m_nSocket; }
 
     /// @param nIp  host order, a broadcast address included
-    bool Send(uint32_t nIp, const std::vector<uint8_t> &bytes) const;
+    bool Send(std::uint32_t nIp, const std::vector<std::uint8_t> &bytes) const;
     /// The next datagram that is there already.
     /// @return its size; 0 when none is left, and for one that is empty or the error of an earlier Send()
-    size_t Receive(uint8_t *pBuffer, size_t nSize, uint32_t &nFromIp) const;
+    std::size_t Receive(std::uint8_t *pBuffer, std::size_t nSize, std::uint32_t &nFromIp) const;
 
 private:
     bool Bind(Way way);

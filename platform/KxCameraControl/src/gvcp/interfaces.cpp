@@ -10,23 +10,24 @@
 namespace kxcc {
 namespace {
 
-uint32_t Ip(const sockaddr *pAddress)
+std::uint32_t Ip(const sockaddr *pAddress)
 {
     return ntohl(reinterpret_cast<const sockaddr_in *>(pAddress)->sin_addr.s_addr);
 }
 
-constexpr uint32_t kFirstHost = 0x01000000;      // below it is "this network"
-constexpr uint32_t kFirstMulticast = 0xE0000000; // above multicast there is what nobody has, and broadcast
-constexpr uint32_t kSmallestMask = 0xFFFFFFFE;
+constexpr std::uint32_t kFirstHost = 0x01000000; // below it is "this network"
+constexpr std::uint32_t kFirstMulticast =
+    0xE0000000; // above multicast there is what nobody has, and broadcast
+constexpr std::uint32_t kSmallestMask = 0xFFFFFFFE;
 
 } // namespace
 
-bool Interface::IsForAll(uint32_t nIp) const
+bool Interface::IsForAll(std::uint32_t nIp) const
 {
     return nMask < kSmallestMask && (nIp == Broadcast() || nIp == (nAddress & nMask));
 }
 
-bool IsOneDevice(uint32_t nIp, const std::vector<Interface> &interfaces)
+bool IsOneDevice(std::uint32_t nIp, const std::vector<Interface> &interfaces)
 {
     return nIp >= kFirstHost && nIp < kFirstMulticast &&
            std::none_of(interfaces.begin(), interfaces.end(),

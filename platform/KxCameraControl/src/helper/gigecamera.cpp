@@ -20,9 +20,9 @@ namespace {
 
 using Result = GvcpChannel::Result;
 
-constexpr uint32_t kModeBigEndian = 0x80000000;
-constexpr uint32_t kCapabilityWriteMemory = 0x00000002;
-constexpr size_t kUrlSize = 512;
+constexpr std::uint32_t kModeBigEndian = 0x80000000;
+constexpr std::uint32_t kCapabilityWriteMemory = 0x00000002;
+constexpr std::size_t kUrlSize = 512;
 
 class GigeCamera : public Camera
 {
@@ -47,11 +47,11 @@ private:
     int WriteControl();
     int ReadHeartbeat();
     int CheckName(const KX_CC_DEVICE_INFO &info);
-    template <size_t N>
-    int CheckText(uint32_t nRegister, const unsigned char (&field)[N]);
+    template <std::size_t N>
+    int CheckText(std::uint32_t nRegister, const unsigned char (&field)[N]);
     bool IsMeant(const KX_CC_DEVICE_INFO &info);
     int FetchDescription();
-    int FetchFrom(uint32_t nUrlRegister);
+    int FetchFrom(std::uint32_t nUrlRegister);
     int BuildFeatures();
     bool HasControl();
 
@@ -59,7 +59,7 @@ private:
     KxGigeDevice *m_pDevice = nullptr;
     ArvGc *m_pGenICam = nullptr;
     std::string m_strDescription;
-    uint32_t m_nHeartbeatMs = 3000;
+    std::uint32_t m_nHeartbeatMs = 3000;
     unsigned int m_nDeniedSeen = 0;
     std::atomic_bool m_bControls{false}; ///< the camera has said so
     std::atomic_bool m_bControlLost{false};
@@ -69,7 +69,7 @@ private:
     bool m_bReleased = false;
 };
 
-bool IsHeld(uint32_t nPrivilege)
+bool IsHeld(std::uint32_t nPrivilege)
 {
     return (nPrivilege & (kPrivilegeControl | kPrivilegeExclusive)) != 0;
 }
@@ -114,7 +114,7 @@ int GigeCamera::Open(const KX_CC_DEVICE_INFO &info, const OpeningWatch &watch)
 int GigeCamera::TakeControl(const KX_CC_DEVICE_INFO &info)
 {
     // Read before it is written: some cameras do not answer the write of a stranger at all.
-    uint32_t nPrivilege = 0;
+    std::uint32_t nPrivilege = 0;
     Result result = m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege);
     if (result == Result::Timeout)
         return KX_CC_E_UNREACHABLE;
@@ -146,7 +146,7 @@ int GigeCamera::WriteControl()
 
 int GigeCamera::ReadHeartbeat()
 {
-    uint32_t nHeartbeatMs = 0;
+    std::uint32_t nHeartbeatMs = 0;
     if (m_channel.ReadRegister(kRegisterHeartbeatTimeout, nHeartbeatMs) == Result::Ok && nHeartbeatMs > 0)
         m_nHeartbeatMs = nHeartbeatMs;
     return m_channel.IsDead() ? KX_CC_E_TIMEOUT : KX_CC_OK;
@@ -167,8 +167,8 @@ int GigeCamera::CheckName(const KX_CC_DEVICE_INFO &info)
 }
 
 /// The record holds the text as it was cleaned, so the camera's is compared cleaned.
-template <size_t N>
-int GigeCamera::CheckText(uint32_t nRegister, const unsigned char (&field)[N])
+template <std::size_t N>
+int GigeCamera::CheckText(std::uint32_t nRegister, const unsigned char (&field)[N])
 {
     std::array<char, N> text{};
     const Result result = m_channel.ReadMemory(nRegister, text.data(), N);
@@ -193,10 +193,10 @@ bool GigeCamera::IsMeant(const KX_CC_DEVICE_INFO &info)
     if (info.nMacAddrHigh == 0 && info.nMacAddrLow == 0)
         return true;
     bool bTold = false;
-    for (const uint32_t nRegister :
+    for (const std::uint32_t nRegister :
          {kRegisterMacHigh0, kRegisterMacHigh1, kRegisterMacHigh2, kRegisterMacHigh3}) {
-        uint32_t nHigh = 0;
-        uint32_t nLow = 0;
+        std::uint32_t nHigh = 0;
+        std::uint32_t nLow = 0;
         if (m_channel.ReadRegister(nRegister, nHigh) != Result::Ok ||
             m_channel.ReadRegister(nRegister + 4, nLow) != Result::Ok)
             break; // it has no more interfaces
@@ -216,7 +216,7 @@ int GigeCamera::FetchDescription()
     return nCode;
 }
 
-int GigeCamera::FetchFrom(uint32_t nUrlRegister)
+int GigeCamera::FetchFrom(std::uint32_t nUrlRegister)
 {
     std::array<char, kUrlSize> text{};
     Result result = m_channel.ReadMemory(nUrlRegister, text.data(), text.size());
@@ -242,8 +242,8 @@ int GigeCamera::BuildFeatures()
     m_pGenICam = MakeGenICam(ARV_DEVICE(m_pDevice), m_strDescription);
     if (m_pGenICam == nullptr)
         return KX_CC_E_DESCRIPTION;
-    uint32_t nMode = 0;
-    uint32_t nCapability = 0;
+    std::uint32_t nMode = 0;
+    std::uint32_t nCapability = 0;
     m_channel.ReadRegister(kRegisterDeviceMode, nMode);
     m_channel.ReadRegister(kRegisterCapability, nCapability);
     // Only a big-endian camera's memory has the bytes that a register command would carry.
@@ -277,7 +277,7 @@ void GigeCamera::KeepAlive()
 {
     if (!m_bControls || m_channel.IsDead())
         return;
-    uint32_t nPrivilege = 0;
+    std::uint32_t nPrivilege = 0;
     const Result result = m_channel.ReadRegister(kRegisterControlPrivilege, nPrivilege);
     const bool bGone = result == Result::Ok && !IsHeld(nPrivilege);
     if (bGone || (result == Result::Status && m_channel.LastStatus() == kGvcpStatusAccessDenied))

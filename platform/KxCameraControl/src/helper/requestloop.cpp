@@ -13,7 +13,7 @@ namespace {
 
 std::string TextOf(const char *szText)
 {
-    constexpr size_t kLongest = 256;
+    constexpr std::size_t kLongest = 256;
     return szText != nullptr ? CleanIdText(szText, std::strlen(szText), kLongest) : std::string();
 }
 
@@ -90,7 +90,7 @@ int RequestLoop::Open(const Request &request)
 int RequestLoop::GiveDescription(const Request &request, Reply &reply)
 {
     const std::string &strText = m_camera->Description();
-    reply.nNumber = static_cast<int64_t>(strText.size()) + 1;
+    reply.nNumber = static_cast<std::int64_t>(strText.size()) + 1;
     if (reply.nNumber > request.nNumber)
         return KX_CC_E_BUFFER_TOO_SMALL;
     reply.blob.assign(strText.begin(), strText.end());
@@ -119,9 +119,9 @@ int RequestLoop::WriteFeature(const Request &request)
 {
     switch (request.operation) {
     case Operation::SetInt:
-        return m_access->SetInt(request.strName, static_cast<uint32_t>(request.nNumber));
+        return m_access->SetInt(request.strName, static_cast<std::uint32_t>(request.nNumber));
     case Operation::SetEnum:
-        return m_access->SetEnum(request.strName, static_cast<uint32_t>(request.nNumber));
+        return m_access->SetEnum(request.strName, static_cast<std::uint32_t>(request.nNumber));
     case Operation::SetFloat:
         return m_access->SetFloat(request.strName, static_cast<float>(request.dReal));
     default:

@@ -38,7 +38,7 @@ private:
     bool m_bLost = false;
 };
 
-std::string FieldText(const unsigned char *pField, size_t nSize)
+std::string FieldText(const unsigned char *pField, std::size_t nSize)
 {
     const std::string strField(reinterpret_cast<const char *>(pField), nSize);
     return strField.substr(0, strField.find('\0'));
@@ -73,7 +73,7 @@ int UsbCamera::Open(const KX_CC_USB_INFO &info)
     if (!IsUsbCameraOf(m_pDevice, info))
         return KX_CC_E_UNREACHABLE;
     g_signal_connect(m_pDevice, "control-lost", G_CALLBACK(OnControlLost), this);
-    size_t nSize = 0;
+    std::size_t nSize = 0;
     const char *pText = arv_device_get_genicam_xml(m_pDevice, &nSize);
     if (pText != nullptr)
         m_strDescription = CleanDescription(std::string(pText, nSize));

@@ -17,12 +17,13 @@ struct VariantUnref
 };
 using Variant = std::unique_ptr<GVariant, VariantUnref>;
 
-std::vector<uint8_t> Encode(GVariant *pFloating, const std::vector<uint8_t> &blob)
+std::vector<std::uint8_t> Encode(GVariant *pFloating, const std::vector<std::uint8_t> &blob)
 {
     const Variant variant(g_variant_ref_sink(pFloating));
     const gsize nBody = g_variant_get_size(variant.get());
-    const uint32_t head[2] = {static_cast<uint32_t>(nBody), static_cast<uint32_t>(blob.size())};
-    std::vector<uint8_t> bytes(kFrameHeadSize + nBody + blob.size());
+    const std::uint32_t head[2] = {static_cast<std::uint32_t>(nBody),
+                                   static_cast<std::uint32_t>(blob.size())};
+    std::vector<std::uint8_t> bytes(kFrameHeadSize + nBody + blob.size());
     std::memcpy(bytes.data(), head, kFrameHeadSize);
     g_variant_store(variant.get(), bytes.data() + kFrameHeadSize);
     if (!blob.empty())
@@ -31,7 +32,7 @@ std::vector<uint8_t> Encode(GVariant *pFloating, const std::vector<uint8_t> &blo
 }
 
 /// Null when the bytes are not what Encode() writes for the type.
-Variant Decode(const char *szType, const std::vector<uint8_t> &body)
+Variant Decode(const char *szType, const std::vector<std::uint8_t> &body)
 {
     GBytes *pBytes = g_bytes_new(body.data(), body.size());
     Variant variant(g_variant_ref_sink(g_variant_new_from_bytes(G_VARIANT_TYPE(szType), pBytes, FALSE)));
@@ -43,7 +44,7 @@ Variant Decode(const char *szType, const std::vector<uint8_t> &body)
 
 } // namespace
 
-std::optional<FrameHead> DecodeHead(const std::array<uint8_t, kFrameHeadSize> &bytes)
+std::optional<FrameHead> DecodeHead(const std::array<std::uint8_t, kFrameHeadSize> &bytes)
 {
     FrameHead head;
     std::memcpy(&head.nBody, bytes.data(), 4);
@@ -53,7 +54,7 @@ std::optional<FrameHead> DecodeHead(const std::array<uint8_t, kFrameHeadSize> &b
     return head;
 }
 
-std::vector<uint8_t> EncodeRequest(const Request &request)
+std::vector<std::uint8_t> EncodeRequest(const Request &request)
 {
     GVariant *pName =
         g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, request.strName.data(), request.strName.size(), 1);
@@ -62,14 +63,14 @@ std::vector<uint8_t> EncodeRequest(const Request &request)
                   request.blob);
 }
 
-std::vector<uint8_t> EncodeReply(const Reply &reply)
+std::vector<std::uint8_t> EncodeReply(const Reply &reply)
 {
     return Encode(g_variant_new(kReplyType, reply.nSerial, static_cast<gboolean>(reply.bProgress),
                                 reply.nCode, static_cast<gint64>(reply.nNumber), reply.dReal),
                   reply.blob);
 }
 
-std::optional<Request> DecodeRequest(const std::vector<uint8_t> &body)
+std::optional<Request> DecodeRequest(const std::vector<std::uint8_t> &body)
 {
     const Variant variant = Decode(kRequestType, body);
     if (!variant)
@@ -93,7 +94,7 @@ std::optional<Request> DecodeRequest(const std::vector<uint8_t> &body)
     return request;
 }
 
-std::optional<Reply> DecodeReply(const std::vector<uint8_t> &body)
+std::optional<Reply> DecodeReply(const std::vector<std::uint8_t> &body)
 {
     const Variant variant = Decode(kReplyType, body);
     if (!variant)

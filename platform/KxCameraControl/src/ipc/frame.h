@@ -20,21 +20,21 @@
 namespace kxcc {
 
 /// Longest description, and longest feature file, in bytes.
-constexpr size_t kMaxText = size_t{64} << 20;
-constexpr uint32_t kMaxBody = 64 << 10;
-constexpr uint32_t kMaxBlob = kMaxText + (64 << 10);
+constexpr std::size_t kMaxText = std::size_t{64} << 20;
+constexpr std::uint32_t kMaxBody = 64 << 10;
+constexpr std::uint32_t kMaxBlob = kMaxText + (64 << 10);
 
 struct FrameHead
 {
-    uint32_t nBody = 0;
-    uint32_t nBlob = 0;
+    std::uint32_t nBody = 0;
+    std::uint32_t nBlob = 0;
 };
-constexpr size_t kFrameHeadSize = 8;
+constexpr std::size_t kFrameHeadSize = 8;
 
 /// Nothing when a size is out of bounds.
-std::optional<FrameHead> DecodeHead(const std::array<uint8_t, kFrameHeadSize> &bytes);
+std::optional<FrameHead> DecodeHead(const std::array<std::uint8_t, kFrameHeadSize> &bytes);
 
-enum class Operation : uint8_t
+enum class Operation : std::uint8_t
 {
     Open = 1,       ///< blob: the KX_CC_DEVICE_INFO
     Description,    ///< number: room in the caller's buffer; reply: number = size with NUL, blob = text
@@ -52,35 +52,35 @@ enum class Operation : uint8_t
 };
 
 /// The helper's first frame, a reply to no request, carries this: from now on it takes requests.
-constexpr uint32_t kReadySerial = 0;
+constexpr std::uint32_t kReadySerial = 0;
 
 struct Request
 {
-    uint32_t nSerial = 0; ///< repeated by the reply
+    std::uint32_t nSerial = 0; ///< repeated by the reply
     Operation operation = Operation::Open;
     std::string strName;
-    int64_t nNumber = 0;
+    std::int64_t nNumber = 0;
     double dReal = 0;
-    std::vector<uint8_t> blob;
+    std::vector<std::uint8_t> blob;
 };
 
 struct Reply
 {
-    uint32_t nSerial = 0;
+    std::uint32_t nSerial = 0;
     bool bProgress = false; ///< not the result yet: the camera answers and the deadline starts anew
-    int32_t nCode = 0;      ///< KX_CC_OK or KX_CC_E_...
-    int64_t nNumber = 0;
+    std::int32_t nCode = 0; ///< KX_CC_OK or KX_CC_E_...
+    std::int64_t nNumber = 0;
     double dReal = 0;
-    std::vector<uint8_t> blob;
+    std::vector<std::uint8_t> blob;
 };
 
 /// Head and body and blob as one row of bytes.
-std::vector<uint8_t> EncodeRequest(const Request &request);
-std::vector<uint8_t> EncodeReply(const Reply &reply);
+std::vector<std::uint8_t> EncodeRequest(const Request &request);
+std::vector<std::uint8_t> EncodeReply(const Reply &reply);
 
 /// From the body alone; the blob is the caller's to move in. Nothing when the bytes are malformed.
-std::optional<Request> DecodeRequest(const std::vector<uint8_t> &body);
-std::optional<Reply> DecodeReply(const std::vector<uint8_t> &body);
+std::optional<Request> DecodeRequest(const std::vector<std::uint8_t> &body);
+std::optional<Reply> DecodeReply(const std::vector<std::uint8_t> &body);
 
 } // namespace kxcc
 

@@ -8,13 +8,13 @@ namespace kxcc {
 
 std::optional<Request> FrameSocket::Receive()
 {
-    std::array<uint8_t, kFrameHeadSize> bytes{};
+    std::array<std::uint8_t, kFrameHeadSize> bytes{};
     if (!ReadExactly(bytes.data(), bytes.size()))
         return std::nullopt;
     const std::optional<FrameHead> head = DecodeHead(bytes);
     if (!head)
         return std::nullopt;
-    std::vector<uint8_t> body(head->nBody);
+    std::vector<std::uint8_t> body(head->nBody);
     if (!ReadExactly(body.data(), body.size()))
         return std::nullopt;
     std::optional<Request> request = DecodeRequest(body);
@@ -28,19 +28,19 @@ std::optional<Request> FrameSocket::Receive()
 
 bool FrameSocket::Send(const Reply &reply)
 {
-    const std::vector<uint8_t> bytes = EncodeReply(reply);
-    size_t nSent = 0;
+    const std::vector<std::uint8_t> bytes = EncodeReply(reply);
+    std::size_t nSent = 0;
     while (nSent < bytes.size()) {
         const ssize_t n = send(m_nSocket, bytes.data() + nSent, bytes.size() - nSent, MSG_NOSIGNAL);
         if (n > 0)
-            nSent += static_cast<size_t>(n);
+            nSent += static_cast<std::size_t>(n);
         else if (errno != EINTR)
             return false;
     }
     return true;
 }
 
-void FrameSocket::SendProgress(uint32_t nSerial)
+void FrameSocket::SendProgress(std::uint32_t nSerial)
 {
     const auto now = std::chrono::steady_clock::now();
     if (now - m_lastProgress < std::chrono::milliseconds(250))
@@ -52,14 +52,14 @@ void FrameSocket::SendProgress(uint32_t nSerial)
     Send(reply);
 }
 
-bool FrameSocket::ReadExactly(void *pBuffer, size_t nSize) const
+bool FrameSocket::ReadExactly(void *pBuffer, std::size_t nSize) const
 {
-    auto *pBytes = static_cast<uint8_t *>(pBuffer);
-    size_t nDone = 0;
+    auto *pBytes = static_cast<std::uint8_t *>(pBuffer);
+    std::size_t nDone = 0;
     while (nDone < nSize) {
         const ssize_t n = recv(m_nSocket, pBytes + nDone, nSize - nDone, 0);
         if (n > 0)
-            nDone += static_cast<size_t>(n);
+            nDone += static_cast<std::size_t>(n);
         else if (n == 0 || errno != EINTR)
             return false;
     }

@@ -2,6 +2,8 @@
 #define KXCAMERACONTROL_IPC_FRAMESOCKET_H
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "ipc/frame.h"
@@ -23,10 +25,10 @@ public:
     bool Send(const Reply &reply);
 
     /// Tells the library that the camera is alive, at most four times a second.
-    void SendProgress(uint32_t nSerial);
+    void SendProgress(std::uint32_t nSerial);
 
 private:
-    bool ReadExactly(void *pBuffer, size_t nSize) const;
+    bool ReadExactly(void *pBuffer, std::size_t nSize) const;
 
     const int m_nSocket;
     std::chrono::steady_clock::time_point m_lastProgress;

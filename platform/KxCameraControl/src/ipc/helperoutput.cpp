@@ -11,7 +11,7 @@ namespace kxcc {
 namespace {
 
 /// A longer line is taken for several, so that one without an end is bounded, too.
-constexpr size_t kLongestLine = 300;
+constexpr std::size_t kLongestLine = 300;
 
 } // namespace
 
@@ -40,7 +40,7 @@ void HelperOutput::Read(const std::string &strCamera)
     while (IsWanted()) {
         const ssize_t n = read(m_nPipe, block, sizeof block);
         if (n > 0)
-            Take(strCamera, block, static_cast<size_t>(n));
+            Take(strCamera, block, static_cast<std::size_t>(n));
         else if (n < 0 && errno == EAGAIN)
             return;
         else
@@ -48,9 +48,9 @@ void HelperOutput::Read(const std::string &strCamera)
     }
 }
 
-void HelperOutput::Take(const std::string &strCamera, const char *pText, size_t nSize)
+void HelperOutput::Take(const std::string &strCamera, const char *pText, std::size_t nSize)
 {
-    for (size_t i = 0; i < nSize && IsWanted(); ++i) {
+    for (std::size_t i = 0; i < nSize && IsWanted(); ++i) {
         if (pText[i] != '\n')
             m_strLine += pText[i];
         if (pText[i] == '\n' || m_strLine.size() == kLongestLine)

@@ -32,7 +32,7 @@ public:
 
 private:
     bool IsWanted() const;
-    void Take(const std::string &strCamera, const char *pText, size_t nSize);
+    void Take(const std::string &strCamera, const char *pText, std::size_t nSize);
     void EndLine(const std::string &strCamera);
     void Close();
 

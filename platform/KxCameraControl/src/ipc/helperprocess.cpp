@@ -134,7 +134,7 @@ std::string HelperProgram()
     std::string strLibrary;
     if (dladdr(reinterpret_cast<const void *>(&HelperProgram), &info) != 0 && info.dli_fname != nullptr)
         strLibrary = info.dli_fname;
-    const size_t nSlash = strLibrary.rfind('/');
+    const std::size_t nSlash = strLibrary.rfind('/');
     const std::string strFolder = nSlash == std::string::npos ? "." : strLibrary.substr(0, nSlash);
     return strFolder + "/../libexec/kx-camera-session";
 }

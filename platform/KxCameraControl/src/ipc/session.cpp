@@ -86,14 +86,14 @@ Session::Outcome Session::Exchange(Request &request, Reply &reply, WaitClock &cl
     return outcome;
 }
 
-Session::Outcome Session::Send(const std::vector<uint8_t> &bytes, WaitClock &clock)
+Session::Outcome Session::Send(const std::vector<std::uint8_t> &bytes, WaitClock &clock)
 {
-    size_t nSent = 0;
+    std::size_t nSent = 0;
     while (nSent < bytes.size()) {
         const ssize_t n =
             send(m_process.Socket(), bytes.data() + nSent, bytes.size() - nSent, MSG_DONTWAIT | MSG_NOSIGNAL);
         if (n > 0) {
-            nSent += static_cast<size_t>(n);
+            nSent += static_cast<std::size_t>(n);
         } else if (errno == EAGAIN) {
             const Outcome outcome = WaitFor(POLLOUT, clock);
             if (outcome != Outcome::Done)
@@ -107,14 +107,14 @@ Session::Outcome Session::Send(const std::vector<uint8_t> &bytes, WaitClock &clo
 
 Session::Outcome Session::Receive(Reply &reply, WaitClock &clock)
 {
-    std::array<uint8_t, kFrameHeadSize> bytes{};
+    std::array<std::uint8_t, kFrameHeadSize> bytes{};
     Outcome outcome = ReadExactly(bytes.data(), bytes.size(), clock);
     if (outcome != Outcome::Done)
         return outcome;
     const std::optional<FrameHead> head = DecodeHead(bytes);
     if (!head)
         return Outcome::Ended; // a helper that no longer keeps to the protocol is as good as dead
-    std::vector<uint8_t> body(head->nBody);
+    std::vector<std::uint8_t> body(head->nBody);
     outcome = ReadExactly(body.data(), body.size(), clock);
     if (outcome != Outcome::Done)
         return outcome;
@@ -126,17 +126,17 @@ Session::Outcome Session::Receive(Reply &reply, WaitClock &clock)
     return ReadExactly(reply.blob.data(), reply.blob.size(), clock);
 }
 
-Session::Outcome Session::ReadExactly(void *pBuffer, size_t nSize, WaitClock &clock)
+Session::Outcome Session::ReadExactly(void *pBuffer, std::size_t nSize, WaitClock &clock)
 {
-    auto *pBytes = static_cast<uint8_t *>(pBuffer);
-    size_t nDone = 0;
+    auto *pBytes = static_cast<std::uint8_t *>(pBuffer);
+    std::size_t nDone = 0;
     while (nDone < nSize) {
         const Outcome outcome = WaitFor(POLLIN, clock);
         if (outcome != Outcome::Done)
             return outcome;
         const ssize_t n = recv(m_process.Socket(), pBytes + nDone, nSize - nDone, MSG_DONTWAIT);
         if (n > 0)
-            nDone += static_cast<size_t>(n);
+            nDone += static_cast<std::size_t>(n);
         else if (n == 0 || (errno != EAGAIN && errno != EINTR))
             return Outcome::Ended;
     }

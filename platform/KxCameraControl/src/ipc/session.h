@@ -1,6 +1,8 @@
 #ifndef KXCAMERACONTROL_IPC_SESSION_H
 #define KXCAMERACONTROL_IPC_SESSION_H
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 
 #include "ipc/frame.h"
@@ -54,14 +56,14 @@ private:
 
     Outcome AwaitReady();
     int CodeOf(Outcome outcome);
-    Outcome Send(const std::vector<uint8_t> &bytes, WaitClock &clock);
+    Outcome Send(const std::vector<std::uint8_t> &bytes, WaitClock &clock);
     Outcome Receive(Reply &reply, WaitClock &clock);
-    Outcome ReadExactly(void *pBuffer, size_t nSize, WaitClock &clock);
+    Outcome ReadExactly(void *pBuffer, std::size_t nSize, WaitClock &clock);
     Outcome WaitFor(short nEvents, WaitClock &clock);
     Outcome Exchange(Request &request, Reply &reply, WaitClock &clock, const std::function<void()> &progress);
 
     HelperProcess m_process;
-    uint32_t m_nSerial = 0;
+    std::uint32_t m_nSerial = 0;
 };
 
 } // namespace kxcc

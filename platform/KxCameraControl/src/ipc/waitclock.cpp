@@ -24,7 +24,7 @@ std::string ReadProcFile(const std::string &strPath)
         return {};
     const ssize_t nRead = read(nFile, text, sizeof text);
     close(nFile);
-    return nRead > 0 ? std::string(text, static_cast<size_t>(nRead)) : std::string();
+    return nRead > 0 ? std::string(text, static_cast<std::size_t>(nRead)) : std::string();
 }
 
 } // namespace
@@ -88,7 +88,7 @@ bool WaitClock::IsRunnable() const
 {
     // "PID (name) STATE ...": the name is the helper's own and holds no ')'.
     const std::string strText = ReadProcFile(m_strProcess + "/stat");
-    const size_t nName = strText.rfind(')');
+    const std::size_t nName = strText.rfind(')');
     return nName != std::string::npos && strText.compare(nName, 3, ") R") == 0;
 }
 

@@ -10,7 +10,7 @@
 namespace kxcc {
 namespace {
 
-constexpr size_t kLongestLine = 400;
+constexpr std::size_t kLongestLine = 400;
 
 struct Receiver
 {
@@ -58,14 +58,15 @@ void Log(unsigned int nLevel, const std::string &strCamera, const std::string &s
     receiver.pCallback(nLevel, strCameraLine.c_str(), strTextLine.c_str(), receiver.pUser);
 }
 
-std::string PrintableLine(const char *pText, size_t nSize, size_t nWidth)
+std::string PrintableLine(const char *pText, std::size_t nSize, std::size_t nWidth)
 {
     std::string strLine;
     for (const char *p = pText, *pEnd = pText + nSize; p < pEnd;) {
         const gunichar nChar = g_utf8_get_char_validated(p, pEnd - p);
         // An invalid sequence gives the two largest numbers, and a NUL gives 0: neither can be printed.
         const bool bKeep = nChar < 0x110000 && IsPrintable(nChar);
-        const size_t nBytes = nChar < 0x110000 ? static_cast<size_t>(g_unichar_to_utf8(nChar, nullptr)) : 1;
+        const std::size_t nBytes =
+            nChar < 0x110000 ? static_cast<std::size_t>(g_unichar_to_utf8(nChar, nullptr)) : 1;
         if (strLine.size() + (bKeep ? nBytes : 1) > nWidth)
             break;
         if (bKeep)

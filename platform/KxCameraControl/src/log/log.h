@@ -15,7 +15,7 @@ void Log(unsigned int nLevel, const std::string &strCamera, const std::string &s
 
 /// Valid UTF-8 of at most nWidth bytes, with '?' in place of what cannot be printed and of what steers a
 /// terminal or the direction of the text.
-std::string PrintableLine(const char *pText, size_t nSize, size_t nWidth);
+std::string PrintableLine(const char *pText, std::size_t nSize, std::size_t nWidth);
 
 } // namespace kxcc
 
