@@ -40,8 +40,8 @@ struct RegisterField
 
 /// Values of nodes: through pointers, formulas and converters down to registers and back.
 ///
-/// The camera SDK has an evaluator as well, and this one shares nothing with it on purpose: a mask or a byte order
-/// that is wrong in a shared one would agree with itself, and no test against this simulator would notice.
+/// The camera SDK has an evaluator as well, and this one shares nothing with it on purpose: a mask or a byte
+/// order that is wrong in a shared one would agree with itself, and no test here would see it.
 ///
 /// Everything returns nothing (or false) where the description does not lead to a value: dangling pointers,
 /// cycles, division by zero, refused registers.
