@@ -13,7 +13,6 @@
 
 #include <DevListMgr/lumodevicetree.h>
 #include <StyleCtl/tarncustomcheckheaderview.h>
-#include <StyleCtl/tarncustomlabel.h>
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustompushbutton.h>
 #include <StyleCtl/tarncustomtablewidget.h>
@@ -22,7 +21,6 @@
 #include <language/languageversion.h>
 
 #include "helddeletes.h"
-#include "operatetype.h"
 
 namespace {
 
@@ -35,6 +33,16 @@ MainWidget::MainWidget(QWidget *parent)
     , m_ticks(m_pTableWidget, m_nMaxCameraNum,
               {[this](bool bEnable) { EnabledOperateCtrls(bEnable); },
                [this](const QString &strText) { OnShowMsg(tr("Prompt"), strText, QString()); }})
+    , m_results({m_pTotalNumLabel, m_pDoingLabel, m_pSuccessNumLabel, m_pSuccessLabel, m_pFailedNumLabel,
+                 m_pFailedLabel})
+    , m_workers(m_mapThread, this, [this](QOperateThread *pThread) { ConnectWorker(pThread); })
+    , m_batch({m_bHasSucceeded, m_nRunningNum, m_nSuccessNum, m_nFailedNum}, {m_rows, m_progress, m_results},
+              {[this](const StructDeviceInfo &stDeviceInfo, unsigned int nType, const QString &strPath) {
+                   return m_workers.Start(stDeviceInfo, nType, strPath);
+               },
+               [this] { setEnabled(true); }, [this] { ShowLoadingDlg(false, QString()); },
+               [this](unsigned int nType, const QString &strPath) { ShowBatchEnd(nType, strPath); }},
+              this)
 {
     cSetBackgroundColor(QColor(QStringLiteral("#F2F3F5")), TarnCustom::StateNormal);
     cSetStrechEdges(TarnCustom::StrechAllButTop);
@@ -101,25 +109,12 @@ void MainWidget::translate()
     m_pImportBtn->setText(tr("Import"));
     m_pExportBtn->setText(tr("Export"));
     m_pBackBtn->setText(tr("Back"));
-    ShowOperateTexts(m_nOperateType);
-    m_pFailedLabel->setText(tr("Failed"));
-}
-
-/// The texts behind the counts; the blank at their start parts them from the number. No operation: they stay.
-void MainWidget::ShowOperateTexts(unsigned int nType)
-{
-    if (OperateType::IsImport(nType)) {
-        m_pDoingLabel->setText(tr(" Importing"));
-        m_pSuccessLabel->setText(tr(" Imported."));
-    } else if (OperateType::IsExport(nType)) {
-        m_pDoingLabel->setText(tr(" Exporting"));
-        m_pSuccessLabel->setText(tr(" Exported."));
-    }
+    m_results.SetTexts(m_nOperateType);
 }
 
 void MainWidget::Release()
 {
-    DeleteWorkers();
+    m_workers.DeleteAll();
     const auto release = [](auto *&pObject) {
         delete pObject;
         pObject = nullptr;

@@ -6,8 +6,12 @@
 
 #include <StyleCtl/tarncustommainwindow.h>
 
+#include "batchcourse.h"
+#include "batchworkers.h"
 #include "camerarows.h"
 #include "groupfilter.h"
+#include "resultpage.h"
+#include "rowprogress.h"
 #include "tickrules.h"
 
 class LumoDeviceTree;
@@ -90,10 +94,9 @@ private:
     bool InitSlots();
     bool InitLayout();
     void CreateButtons();
-    void CreateLabels();
+    void CreatePages();
     void NameCtrls();
     void LayoutOperatePage();
-    void LayoutResultPage();
     void ShowTitle();
     void translate();
     void Release();
@@ -107,24 +110,17 @@ private:
     void UpdateItemVisible(int nRow);
     void getCheckedDeviceInfo(QVector<_STRUCT_DEVICE_INFO_> &vecDevice);
 
-    // ---- Batch (mainwidget_batch.cpp, mainwidget_workers.cpp) -------------------------------------------
+    // ---- Batch (mainwidget_batch.cpp) ------------------------------------------------------------------
     QString StartFolder() const;
-    void ShowOperateTexts(unsigned int nType);
     QString BusyText(unsigned int nType) const;
     void setAndStartThread(unsigned int nType, QString strPath);
-    void ResetCounts();
-    void StartWorkers(const QVector<_STRUCT_DEVICE_INFO_> &vecDevice, unsigned int nType,
-                      const QString &strPath);
-    bool StartWorker(const _STRUCT_DEVICE_INFO_ &stDeviceInfo, unsigned int nType, const QString &strPath);
     QOperateThread *getOperateThread(long nDeviceID);
-    void EndRefused(long nDeviceID, unsigned int nType, const QString &strPath);
     bool IsLateSignal(long nDeviceID) const;
-    void RemoveWorker(long nDeviceID);
-    void DeleteWorkers();
     void ClearOperateStatus();
     bool IsThreadRunning();
     void ShowLoadingDlg(bool bShow, QString strText);
-    void EndBatch(unsigned int nThreadType, const QString &strFilePath);
+    void ConnectWorker(QOperateThread *pThread);
+    void ShowBatchEnd(unsigned int nThreadType, const QString &strFilePath);
 
     bool m_bHasSucceeded = false;
     qint32 m_nRunningNum = 0;
@@ -158,6 +154,10 @@ private:
     CameraRows m_rows{m_pTableWidget};
     GroupFilter m_filter{m_pTableWidget, m_pDeviceTree};
     TickRules m_ticks;
+    RowProgress m_progress{m_pTableWidget};
+    ResultPage m_results;
+    BatchWorkers m_workers;
+    BatchCourse m_batch;
 };
 
 #endif

@@ -4,17 +4,13 @@
 #include <QStackedWidget>
 
 #include <DevListMgr/structdeviceinfo.h>
-#include <StyleCtl/tarncustomlabel.h>
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustommessagebox.h>
 #include <StyleCtl/tarncustomsavedonehintdlg.h>
-#include <StyleCtl/tarncustomtablewidget.h>
 #include <ToolBase/lumointerface.h>
+#include <worker/qoperatethread.h>
 
-#include "devicetablemodel.h"
 #include "operatetype.h"
-
-using namespace DeviceTable;
 
 QString MainWidget::StartFolder() const
 {
@@ -26,7 +22,7 @@ void MainWidget::OnBtnImport()
     const QString strFile =
         LumoInterface::getOpenFileName(this, tr("Select Import File"), StartFolder(),
                                        tr("Import File(*.kfb)"), nullptr, QFileDialog::Options());
-    ShowOperateTexts(OperateType::kButtonImport);
+    m_results.ShowOperation(OperateType::kButtonImport);
     if (strFile.isEmpty())
         return;
     setAndStartThread(OperateType::kButtonImport, strFile);
@@ -37,7 +33,7 @@ void MainWidget::OnBtnExport()
 {
     const QString strFolder = TarnCustom::getExistingDirectory(this, tr("Export Features"), StartFolder(),
                                                                QFileDialog::ShowDirsOnly);
-    ShowOperateTexts(OperateType::kButtonExport);
+    m_results.ShowOperation(OperateType::kButtonExport);
     if (strFolder.isEmpty())
         return;
     setAndStartThread(OperateType::kButtonExport, strFolder);
@@ -53,27 +49,16 @@ void MainWidget::setAndStartThread(unsigned int nType, QString strPath)
         return;
 
     setDisabled(true);
-    ResetCounts();
+    m_batch.Reset();
     m_pStackedWidget->setCurrentWidget(m_pResultPage);
-    StartWorkers(vecDevice, nType, strPath);
+    m_batch.Start(vecDevice, nType, strPath);
     m_nOperateType = nType;
     ShowLoadingDlg(true, BusyText(nType)); // until the last worker has ended
 }
 
-void MainWidget::ResetCounts()
-{
-    m_nRunningNum = m_nSuccessNum = m_nFailedNum = 0;
-    for (TarnCustomLabel *pLabel : {m_pTotalNumLabel, m_pSuccessNumLabel, m_pFailedNumLabel})
-        pLabel->setText(QStringLiteral("0"));
-}
-
 void MainWidget::ClearOperateStatus()
 {
-    for (int nRow = 0; nRow < m_pTableWidget->rowCount(); ++nRow) {
-        if (QTableWidgetItem *pItem = m_pTableWidget->item(nRow, OperateColumn))
-            pItem->setText(QString());
-        m_pTableWidget->setDetailTip(nRow, OperateColumn, QString());
-    }
+    m_progress.Clear();
 }
 
 /// Label of the busy dialog; empty for no operation.
@@ -106,71 +91,47 @@ void MainWidget::OnShowMsg(QString strTitle, QString strContent, QString strDeta
 
 void MainWidget::onBeginThread(long lCamerID, unsigned int nThreadType)
 {
-    const int nRow = rowFromDeviceID(static_cast<int>(lCamerID));
-    if (nRow < 0 || IsLateSignal(lCamerID))
-        return;
-    m_bHasSucceeded = false;
-    m_pTotalNumLabel->setText(QString::number(++m_nRunningNum));
-    QTableWidgetItem *pItem = m_pTableWidget->item(nRow, OperateColumn);
-    if (!pItem)
-        return;
-    pItem->setData(SuccessRole, true);
-    if (OperateType::IsExport(nThreadType))
-        pItem->setText(tr("Start exporting..."));
-    else if (OperateType::IsImport(nThreadType))
-        pItem->setText(tr("Start importing..."));
+    if (!IsLateSignal(lCamerID))
+        m_batch.Begin(lCamerID, nThreadType);
 }
 
 void MainWidget::onThreadInfo(long nDeviceID, const QString &strMsg, bool bFailed)
 {
-    const int nRow = rowFromDeviceID(static_cast<int>(nDeviceID));
-    if (nRow < 0 || IsLateSignal(nDeviceID))
-        return;
-    QTableWidgetItem *pItem = m_pTableWidget->item(nRow, OperateColumn);
-    if (!pItem)
-        return;
-    pItem->setData(SuccessRole, !bFailed); // the last message decides
-    if (bFailed) {
-        pItem->setText(QString(strMsg).remove(QStringLiteral("\r\n")));
-        m_pTableWidget->setDetailTip(nRow, OperateColumn,
-                                     tr("The Reasons of Failure :") + QStringLiteral("\r\n") + strMsg);
-        pItem->setForeground(QBrush(Qt::red));
-    } else {
-        pItem->setText(strMsg);
-        pItem->setForeground(QBrush(Qt::black));
-    }
+    if (!IsLateSignal(nDeviceID))
+        m_batch.Report(nDeviceID, strMsg, bFailed);
 }
 
 void MainWidget::onEndThread(long lCameraID, unsigned int nThreadType, QString strFilePath)
 {
-    const int nRow = rowFromDeviceID(static_cast<int>(lCameraID));
-    if (nRow < 0 || IsLateSignal(lCameraID))
-        return;
-    if (--m_nRunningNum == 0)
-        setEnabled(true);
-    m_pTotalNumLabel->setText(QString::number(m_nRunningNum));
-    QTableWidgetItem *pItem = m_pTableWidget->item(nRow, OperateColumn);
-    if (!pItem)
-        return;
-    if (pItem->data(SuccessRole).toBool()) {
-        m_bHasSucceeded = true;
-        if (OperateType::IsExport(nThreadType))
-            pItem->setText(tr("Exported."));
-        else if (OperateType::IsImport(nThreadType))
-            pItem->setText(tr("Imported."));
-        m_pSuccessNumLabel->setText(QString::number(++m_nSuccessNum));
-    } else {
-        m_pFailedNumLabel->setText(QString::number(++m_nFailedNum));
-    }
-    if (m_nRunningNum == 0)
-        EndBatch(nThreadType, strFilePath);
+    if (!IsLateSignal(lCameraID))
+        m_batch.End(lCameraID, nThreadType, strFilePath);
 }
 
-void MainWidget::EndBatch(unsigned int nThreadType, const QString &strFilePath)
+/// Whether the slot that runs was called by a worker that its camera has no longer.
+bool MainWidget::IsLateSignal(long nDeviceID) const
 {
-    ShowLoadingDlg(false, QString());
-    if (!m_bHasSucceeded)
-        return; // the red rows and the count of failures say it all
+    return m_workers.IsFormer(sender(), nDeviceID);
+}
+
+QOperateThread *MainWidget::getOperateThread(long nDeviceID)
+{
+    return m_workers.WorkerOf(nDeviceID);
+}
+
+void MainWidget::ConnectWorker(QOperateThread *pThread)
+{
+    connect(pThread, &QOperateThread::SigBeginThread, this, &MainWidget::onBeginThread);
+    connect(pThread, &QOperateThread::SigEndThread, this, &MainWidget::onEndThread);
+    connect(pThread, &QOperateThread::SigThreadInfo, this, &MainWidget::onThreadInfo);
+}
+
+bool MainWidget::IsThreadRunning()
+{
+    return m_workers.IsAnyRunning();
+}
+
+void MainWidget::ShowBatchEnd(unsigned int nThreadType, const QString &strFilePath)
+{
     if (OperateType::IsExport(nThreadType)) {
         auto *pDialog = new TarnCustomSaveDoneHintDlg(this, QString(), QString());
         pDialog->setAttribute(Qt::WA_DeleteOnClose);

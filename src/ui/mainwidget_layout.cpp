@@ -7,7 +7,6 @@
 
 #include <DevListMgr/lumodevicetree.h>
 #include <StyleCtl/tarncustomlabel.h>
-#include <StyleCtl/tarncustomlinewidget.h>
 #include <StyleCtl/tarncustomloadingdialog.h>
 #include <StyleCtl/tarncustompushbutton.h>
 #include <StyleCtl/tarncustomtablewidget.h>
@@ -25,15 +24,6 @@ TarnCustomPushButton *MakeOperateButton(const QString &strText, const QString &s
     return pButton;
 }
 
-TarnCustomLineWidget *MakeDivider()
-{
-    auto *pLine = new TarnCustomLineWidget;
-    pLine->setFixedSize(1, 20);
-    pLine->cSetLineType(TarnCustomLineWidget::SolidLine);
-    pLine->cSetBackgroundColor(QColor(QStringLiteral("#BFBFBF")));
-    return pLine;
-}
-
 } // namespace
 
 bool MainWidget::CreatCtrls()
@@ -48,7 +38,8 @@ bool MainWidget::CreatCtrls()
     m_pLoadingDlg = new TarnCustomLoadingDialog(this);
     m_pSpareLayout = new QHBoxLayout;
     m_pMainLayout = new QVBoxLayout;
-    CreateLabels();
+    m_results.Create();
+    CreatePages();
     NameCtrls();
     return true;
 }
@@ -59,38 +50,14 @@ void MainWidget::CreateButtons()
     m_pExportBtn = MakeOperateButton(tr("Export"), QStringLiteral("ExportBtn"));
 }
 
-void MainWidget::CreateLabels()
+void MainWidget::CreatePages()
 {
-    for (TarnCustomLabel **ppLabel : {&m_pTotalNumLabel, &m_pDoingLabel, &m_pSuccessNumLabel,
-                                      &m_pSuccessLabel, &m_pFailedNumLabel, &m_pFailedLabel})
-        *ppLabel = new TarnCustomLabel;
     m_pResultPage = new QWidget;
     m_pOperatePage = new QWidget;
     m_pStackedWidget = new QStackedWidget;
     m_pBackBtn = new TarnCustomPushButton(TarnCustomPushButton::OutlineStyle);
     m_pBackBtn->setText(tr("Back"));
     m_pBackBtn->setFixedSize(86, 26);
-
-    QFont countFont = m_pTotalNumLabel->font();
-    countFont.setPixelSize(32);
-    countFont.setWeight(QFont::Bold);
-    countFont.setItalic(true);
-    const auto initCount = [&](TarnCustomLabel *pLabel, const QString &strColor) {
-        pLabel->setText(QStringLiteral("0"));
-        pLabel->setFont(countFont);
-        pLabel->setAlignment(Qt::AlignCenter);
-        pLabel->setFixedWidth(50);
-        pLabel->cSetFontColor(QColor(strColor));
-    };
-    initCount(m_pTotalNumLabel, QStringLiteral("#FAB700"));
-    initCount(m_pSuccessNumLabel, QStringLiteral("#00D53C"));
-    initCount(m_pFailedNumLabel, QStringLiteral("#FC2F2F"));
-
-    for (TarnCustomLabel *pLabel : {m_pDoingLabel, m_pSuccessLabel, m_pFailedLabel}) {
-        pLabel->cSetFontColor(QColor(QStringLiteral("#6C6C6C")));
-        pLabel->cSetFontSize(12);
-    }
-    m_pFailedLabel->setText(tr("Failed"));
 }
 
 void MainWidget::NameCtrls()
@@ -113,7 +80,7 @@ bool MainWidget::InitLayout()
     if (!m_pOperateLayout || !m_pExportBtn || !m_pMainLayout)
         return false;
     LayoutOperatePage();
-    LayoutResultPage();
+    m_results.Layout(m_pResultPage, m_pBackBtn);
     m_pStackedWidget->addWidget(m_pOperatePage);
     m_pStackedWidget->addWidget(m_pResultPage);
     m_pStackedWidget->setCurrentWidget(m_pOperatePage);
@@ -146,28 +113,4 @@ void MainWidget::LayoutOperatePage()
     m_pOperateLayout->addWidget(m_pExportBtn);
     m_pOperateLayout->addStretch();
     m_pOperatePage->setLayout(m_pOperateLayout);
-}
-
-void MainWidget::LayoutResultPage()
-{
-    auto *pLayout = new QHBoxLayout;
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(0);
-    const auto addCount = [&](TarnCustomLabel *pCount, TarnCustomLabel *pText) {
-        pLayout->addWidget(pCount);
-        pLayout->addWidget(pText);
-    };
-    const auto addDivider = [&] {
-        pLayout->addSpacing(20);
-        pLayout->addWidget(MakeDivider());
-        pLayout->addSpacing(20);
-    };
-    addCount(m_pTotalNumLabel, m_pDoingLabel);
-    addDivider();
-    addCount(m_pSuccessNumLabel, m_pSuccessLabel);
-    addDivider();
-    addCount(m_pFailedNumLabel, m_pFailedLabel);
-    pLayout->addStretch();
-    pLayout->addWidget(m_pBackBtn);
-    m_pResultPage->setLayout(pLayout);
 }

@@ -67,7 +67,7 @@ void MainWidget::onDeleteDevice(QTreeWidgetItem *pItem)
         return;
     const int nDeviceID = RecordOf(pItem).value<StructDeviceInfo>().nDeviceID;
     if (m_rows.Remove(nDeviceID))
-        RemoveWorker(nDeviceID);
+        m_workers.Remove(nDeviceID);
 }
 
 void MainWidget::updateDeviceInfo(int nRow, const QVariant &deviceInfo, const QString &strInterfaceType)

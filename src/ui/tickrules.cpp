@@ -2,6 +2,8 @@
 
 #include <QPersistentModelIndex>
 
+#include <utility>
+
 #include <StyleCtl/tarncustomcheckheaderview.h>
 #include <StyleCtl/tarncustomtablewidget.h>
 
