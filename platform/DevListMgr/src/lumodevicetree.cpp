@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QHeaderView>
+#include <QPersistentModelIndex>
 
 #include <utility>
 
@@ -199,12 +200,17 @@ void LumoDeviceTree::UpdateCamera(const DeviceChange &change)
 
 void LumoDeviceTree::DeleteCamera(const DeviceChange &change)
 {
-    if (QTreeWidgetItem *pItem = findCameraItem(change.nDeviceID))
-        emit sigDeleteDeviceItem(pItem);
-    // Looked up anew: a slot may have run an event loop of its own.
-    QTreeWidgetItem *pItem = m_pPrivate->m_hashCameras.take(change.nDeviceID);
+    QTreeWidgetItem *pItem = findCameraItem(change.nDeviceID);
     if (!pItem)
         return;
+    // A slot may run an event loop, in which the item goes, or the camera comes back with an item of its own.
+    const QPersistentModelIndex place(indexFromItem(pItem));
+    emit sigDeleteDeviceItem(pItem);
+    if (!place.isValid())
+        return;
+    pItem = itemFromIndex(place);
+    if (findCameraItem(change.nDeviceID) == pItem)
+        m_pPrivate->m_hashCameras.remove(change.nDeviceID);
     QTreeWidgetItem *pGroup = pItem->parent();
     if (currentItem() == pItem)
         setCurrentItem(pGroup);

@@ -40,6 +40,7 @@ private slots:
     void Search_RoundTakesLong_TheEventLoopGoesOn();
     void Slot_RunsItsOwnEventLoop_TheTreeStaysWhole();
     void Slot_RunsItsOwnEventLoop_TheTreeGoesOn();
+    void Delete_CameraIsBackDuringTheSignal_ItsNewItemStays();
 
 private:
     static QTreeWidgetItem *All(const LumoDeviceTree &tree)
@@ -457,6 +458,26 @@ void tst_LumoDeviceTree::Slot_RunsItsOwnEventLoop_TheTreeGoesOn()
     connect(&tree, &LumoDeviceTree::sigNewDeviceItem, &tree, showMessage);
     tree.updateDeviceTypes(5, true);
     QTRY_VERIFY_WITH_TIMEOUT(bOthersCame, 15000);
+}
+
+void tst_LumoDeviceTree::Delete_CameraIsBackDuringTheSignal_ItsNewItemStays()
+{
+    m_pDevices->Set({NetworkCamera(1)});
+    LumoDeviceTree tree;
+    tree.updateDeviceTypes(5, true);
+    QTRY_VERIFY(tree.findCameraItem(1));
+    bool bCameBack = false;
+    connect(&tree, &LumoDeviceTree::sigDeleteDeviceItem, &tree, [&](QTreeWidgetItem *pGoing) {
+        m_pDevices->Set({NetworkCamera(1)});
+        bCameBack = QTest::qWaitFor([&] { return tree.findCameraItem(1) != pGoing; }, 10000);
+    });
+
+    m_pDevices->Set({});
+    QTRY_VERIFY_WITH_TIMEOUT(bCameBack, 15000);
+
+    QTRY_COMPARE(All(tree)->text(1), QString("1"));
+    QVERIFY(tree.findCameraItem(1));
+    QCOMPARE(tree.findCameraItem(1)->parent()->childCount(), 1);
 }
 
 QTEST_MAIN(tst_LumoDeviceTree)
