@@ -34,11 +34,6 @@ private slots:
     void Integer_DanglingPointer_HasNoValue();
     void Integer_RegisterOfImpossibleLength_HasNoValue_data();
     void Integer_RegisterOfImpossibleLength_HasNoValue();
-    void FillInitialValues_EnumerationWithoutZero_HasAnEntry();
-    void FillInitialValues_NumberBelowItsMinimum_HasTheMinimum();
-    void FillInitialValues_InquiryRegister_FeatureExists();
-    void Memory_CopyWritten_OriginalKeepsItsContent();
-    void Memory_AcrossPages_IsWhole();
 };
 
 void tst_NodeEvaluator::Integer_RegisterBytes_HasItsValue_data()
@@ -191,89 +186,6 @@ void tst_NodeEvaluator::Integer_RegisterOfImpossibleLength_HasNoValue()
     NodeEvaluator evaluator(map, &access);
 
     QVERIFY(!evaluator.Integer(map.Find("R")).has_value());
-}
-
-void tst_NodeEvaluator::FillInitialValues_EnumerationWithoutZero_HasAnEntry()
-{
-    QString error;
-    NodeMap map;
-    QVERIFY(map.Parse(
-        Description(Register("R", "IntReg", "") +
-                    "<Enumeration Name=\"E\"><EnumEntry Name=\"A\"><Value>5</Value></EnumEntry>"
-                    "<EnumEntry Name=\"B\"><Value>9</Value></EnumEntry><pValue>R</pValue></Enumeration>"),
-        &error));
-    RegisterMemory memory;
-
-    FillInitialValues(map, &memory, true);
-
-    QCOMPARE(memory.ReadWord(0x100), 0x05000000U);
-}
-
-void tst_NodeEvaluator::FillInitialValues_NumberBelowItsMinimum_HasTheMinimum()
-{
-    QString error;
-    NodeMap map;
-    QVERIFY(
-        map.Parse(Description(Register("R", "IntReg", "<Endianess>BigEndian</Endianess>") +
-                              "<Integer Name=\"I\"><pValue>R</pValue><Min>16</Min><Max>99</Max></Integer>"),
-                  &error));
-    RegisterMemory memory;
-
-    FillInitialValues(map, &memory, true);
-
-    QCOMPARE(memory.ReadWord(0x100), 16U);
-}
-
-void tst_NodeEvaluator::FillInitialValues_InquiryRegister_FeatureExists()
-{
-    QString error;
-    NodeMap map;
-    QVERIFY(map.Parse(
-        Description(Register("Inquiry", "IntReg", "<AccessMode>RO</AccessMode>") +
-                    "<IntSwissKnife Name=\"K\"><pVariable Name=\"Q\">Inquiry</pVariable>"
-                    "<Formula>(Q >> 3) &amp; 1</Formula></IntSwissKnife>"
-                    "<Integer Name=\"I\"><pIsImplemented>K</pIsImplemented><Value>1</Value></Integer>"),
-        &error));
-    RegisterMemory memory;
-    MemoryAccess access(&memory);
-    NodeEvaluator evaluator(map, &access);
-    QVERIFY(!evaluator.Condition(map.Find("I"), "pIsImplemented", true));
-
-    FillInitialValues(map, &memory, true);
-
-    QVERIFY(evaluator.Condition(map.Find("I"), "pIsImplemented", false));
-}
-
-void tst_NodeEvaluator::Memory_CopyWritten_OriginalKeepsItsContent()
-{
-    auto pBase = std::make_shared<RegisterMemory>();
-    pBase->WriteWord(0x100, 1);
-    RegisterMemory original(pBase);
-    original.WriteWord(0x100, 2);
-
-    RegisterMemory copy = original;
-    copy.WriteWord(0x100, 3);
-
-    QCOMPARE(pBase->ReadWord(0x100), 1U);
-    QCOMPARE(original.ReadWord(0x100), 2U);
-    QCOMPARE(copy.ReadWord(0x100), 3U);
-    copy.CopyPages(RegisterMemory(pBase), 0, 0x1000);
-    QCOMPARE(copy.ReadWord(0x100), 1U);
-}
-
-void tst_NodeEvaluator::Memory_AcrossPages_IsWhole()
-{
-    RegisterMemory memory;
-    QByteArray content(1000, 0);
-    for (int i = 0; i < content.size(); ++i)
-        content[i] = static_cast<char>(i * 7);
-    const std::uint32_t address = 0xFFFFFFFF - 999; // up to the last byte there is
-
-    memory.Write(address, reinterpret_cast<const std::uint8_t *>(content.constData()), 1000);
-
-    QByteArray read(1000, 0);
-    memory.Read(address, reinterpret_cast<std::uint8_t *>(read.data()), 1000);
-    QCOMPARE(read, content);
 }
 
 QTEST_APPLESS_MAIN(tst_NodeEvaluator)
