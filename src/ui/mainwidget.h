@@ -35,6 +35,9 @@ struct _STRUCT_DEVICE_INFO_;
 /// one ends, and cannot be closed meanwhile. All of it lives in the GUI thread; the workers are heard
 /// through queued signals only.
 ///
+/// It puts its parts together and forwards to them: what the rows, the ticks, the batch and the counts mean
+/// is theirs, and so are the tests of it. They keep no state: they work on the members here.
+///
 /// Object names: "ToolTree", "DeviceTable", "ImportBtn", "ExportBtn", "BackBtn", "PageStack",
 /// "OperatePage", "ResultPage", "TotalNumLabel", "DoingLabel", "SuccessNumLabel", "SuccessLabel",
 /// "FailedNumLabel", "FailedLabel".
@@ -150,7 +153,7 @@ private:
     QStackedWidget *m_pStackedWidget = nullptr;
     TarnCustomPushButton *m_pBackBtn = nullptr;
 
-    // What works on the members above.
+    // The parts. Each is given the members above that it works on, so they come behind them.
     CameraRows m_rows{m_pTableWidget};
     GroupFilter m_filter{m_pTableWidget, m_pDeviceTree};
     TickRules m_ticks;
