@@ -56,14 +56,13 @@ QList<QString> QOperateThread::GetFeatureInvalidatorList(const QString &strName)
 
 void QOperateThread::GenerateFeatureXmlMap()
 {
-    bool bBufferRefused = false;
-    const QString strText = FetchDescription(&bBufferRefused);
-    if (bBufferRefused) {
+    const std::optional<QString> text = FetchDescription();
+    if (!text) {
         LogWorkerFailure(kFunction, QStringLiteral("CAMEAR_CREAT_BUF_FAILED"));
         ReleaseThread(); // the export goes on all the same, and ends a second time
         return;
     }
     FeatureList list(&m_domDocument, &m_mapDomElement, &m_mapFeatureInvalidator, &m_mapFeatureXml);
-    if (!list.Generate(strText))
+    if (!list.Generate(*text))
         LogWorkerFailure(kFunction, QStringLiteral("Load xml failed."));
 }

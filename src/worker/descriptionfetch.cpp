@@ -38,14 +38,13 @@ char *QOperateThread::AllocateDescriptionBuffer(unsigned int nSize)
     return static_cast<char *>(std::calloc(nSize, 1));
 }
 
-/// The description's text; empty when there is none. The results of the fetches are not looked at, the size
-/// decides: a fetch that failed leaves it at its start value, which asks for the largest buffer.
-QString QOperateThread::FetchDescription(bool *pBufferRefused)
+// The results of the fetches are not looked at, the size decides: a fetch that failed leaves it at its start
+// value, which asks for the largest buffer.
+std::optional<QString> QOperateThread::FetchDescription()
 {
     Buffer buffer(AllocateDescriptionBuffer(kFirstBufferSize));
-    *pBufferRefused = !buffer;
-    if (*pBufferRefused)
-        return QString();
+    if (!buffer)
+        return std::nullopt;
     unsigned int nSize = 0xFFFFFFFF;
     KX_XML_GetGenICamXML(m_hDevice, reinterpret_cast<unsigned char *>(buffer.get()), kFirstBufferSize,
                          &nSize);

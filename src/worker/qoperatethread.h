@@ -8,6 +8,8 @@
 #include <QString>
 #include <QThread>
 
+#include <optional>
+
 #include <DevListMgr/structdeviceinfo.h>
 
 /// Carries out one import or one export for one camera, in a thread of its own.
@@ -128,7 +130,8 @@ protected:
     QDomDocument m_domDocument;                            // the description
 
 private:
-    QString FetchDescription(bool *pBufferRefused);
+    /// The description's text; empty when there is none, and no text at all when the first buffer is refused.
+    std::optional<QString> FetchDescription();
 
     /// Reports a failure: the log entry, then the message.
     void Fail(const char *szFunction, const QString &strLogText, const QString &strMessage);
