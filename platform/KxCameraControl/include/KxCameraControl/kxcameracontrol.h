@@ -177,11 +177,14 @@ KX_CC_API int KX_CC_CreateHandle(void **phDevice, const KX_CC_DEVICE_INFO *pstDe
  *                                address, the model and the serial number are compared with the record. A
  *                                record with none of them means whoever is there
  * @retval KX_CC_E_ACCESS_DENIED  another application controls it
+ * @retval KX_CC_E_DEVICE_STATUS  it answered with an error status or broken data
  * @retval KX_CC_E_DESCRIPTION    its description is missing or was refused: it is not well-formed, holds a
- *                                DTD, is nested deeper than 256 levels, has more than 16 MB, 200000 elements,
- *                                200000 attributes (100 of one element), 256 kB of text in one element or
- *                                4 MB in all pointers, or is no GenICam description
- * @retval KX_CC_E_SESSION, KX_CC_E_SESSION_ENDED, KX_CC_E_TIMEOUT  the helper process
+ *                                DTD or names that are not ASCII, is nested deeper than 256 levels, has more
+ *                                than 16 MB as UTF-8, 200000 elements, comments and the like, 200000
+ *                                attributes (100 of one element), 256 kB of text in one element or 4 MB in
+ *                                all elements whose names begin with 'p', or is no GenICam description
+ * @retval KX_CC_E_TIMEOUT        it fell silent, or its description took too long
+ * @retval KX_CC_E_RESOURCE, KX_CC_E_SESSION, KX_CC_E_SESSION_ENDED  the helper process
  * After any failure the handle is closed and the camera released.
  */
 KX_CC_API int KX_CC_OpenDevice(void *hDevice, unsigned int nAccessMode, unsigned short nSwitchoverKey);
@@ -270,7 +273,7 @@ KX_CC_API int KX_CC_SetBoolValue(void *hDevice, const char *szName, bool bValue)
  *
  * The text is as the camera sent it, unpacked, in UTF-8, without a byte-order mark, text before the XML
  * declaration and trailing NULs, with U+FFFD for each byte that was no UTF-8, and with a NUL at its end. It
- * is well-formed.
+ * is well-formed and keeps the bounds of KX_CC_OpenDevice().
  *
  * @param hDevice    An open handle.
  * @param pBuffer    Where the text goes, owned by the caller. Only the reported size is touched.

@@ -7,8 +7,8 @@
  * lost, and what its helper process wrote to its standard error.
  *
  * Nothing is told before a callback is set, and nothing is ever written to the standard streams of the
- * application: the standard error of a helper process ends here as well. A helper may say a number of lines
- * that is small (KX_CC_LOG_HELPER_LINES) and that is told once it is reached.
+ * application: the standard error of a helper process ends here as well, its first KX_CC_LOG_HELPER_LINES
+ * lines and then one message that the rest is left out.
  */
 
 #include "kxdefs.h"

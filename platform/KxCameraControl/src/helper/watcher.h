@@ -9,7 +9,8 @@
 namespace kxcc {
 
 /// The helper's other threads: one keeps the camera's control while nothing is asked, one ends the process
-/// when the library hangs up. The latter never talks to the camera, which could hold it up.
+/// when the library hangs up. The latter waits without a word to the camera, which could hold it up; only
+/// then does it release the camera, and an alarm ends the process if that takes longer than 1 s.
 ///
 /// The end of the library's process shows as a hang-up, too, whatever killed it. A signal on the parent's
 /// death would not do: it comes when the thread that started the helper ends.

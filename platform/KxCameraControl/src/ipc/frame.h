@@ -19,7 +19,8 @@
 
 namespace kxcc {
 
-/// Longest description, and longest feature file, in bytes.
+/// Longest file of a description, as it comes from the camera and unpacked, and longest feature file, in
+/// bytes. What is taken of a description is kMaxDescription.
 constexpr std::size_t kMaxText = std::size_t{64} << 20;
 constexpr std::uint32_t kMaxBody = 64 << 10;
 constexpr std::uint32_t kMaxBlob = kMaxText + (64 << 10);
