@@ -142,7 +142,7 @@ QString tst_TarnCustomSortHeaderViewLook::TipShownAt(int nSection)
     const QPoint pos = PlaceOf(nSection).center();
     QHelpEvent help(QEvent::ToolTip, pos, m_pHeader->viewport()->mapToGlobal(pos));
     QApplication::sendEvent(m_pHeader->viewport(), &help);
-    const QString tip = QToolTip::isVisible() ? QToolTip::text() : QString();
+    QString tip = QToolTip::isVisible() ? QToolTip::text() : QString();
     QToolTip::hideText();
     return tip;
 }
