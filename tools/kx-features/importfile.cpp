@@ -69,7 +69,7 @@ std::optional<QByteArray> ReadFile(const QByteArray &path, int waitMs)
     if (fd < 0) {
         return QByteArray();
     }
-    const std::optional<QByteArray> bytes = ReadAll(fd, waitMs);
+    std::optional<QByteArray> bytes = ReadAll(fd, waitMs);
     close(fd);
     return bytes;
 }
@@ -86,7 +86,7 @@ ImportFile::~ImportFile()
 QString ImportFile::Read(const QString &path, int waitMs)
 {
     const QByteArray name = QFile::encodeName(path);
-    const QString refusal = Refusal(name);
+    QString refusal = Refusal(name);
     if (!refusal.isEmpty()) {
         return refusal;
     }

@@ -99,7 +99,7 @@ void ScriptedCamera::BeforeAnswer(int nCommand, std::function<void(uint32_t)> ac
 QByteArray ScriptedCamera::Answer(const QByteArray &request)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const QByteArray answer = CarryOut(request);
+    QByteArray answer = CarryOut(request);
     if (m_action && m_nCommands == m_nActionAt)
         m_action(Number(Read(0xA00, 4), 0));
     return answer;
