@@ -61,8 +61,8 @@ QByteArray ExecutableName(const QByteArray &procDir)
 bool SeemsToHaveName(const QByteArray &procDir, const QByteArray &name)
 {
     const int kept = 15;
-    const QByteArray known = ReadFile(procDir + "/comm").chopped(1); // without the line end
-    if (known != name.left(kept)) {
+    // Nothing at all when the process has gone meanwhile.
+    if (ReadFile(procDir + "/comm") != name.left(kept) + '\n') {
         return false;
     }
     const QByteArray arguments = ReadFile(procDir + "/cmdline");
