@@ -41,9 +41,11 @@ std::vector<DirectAnswer> AskDirectly(const QStringList &addresses, int searchMs
                                              static_cast<unsigned int>(searchMs), &answer.info);
         }
     };
+    // Counted once: every look at the free descriptors takes a millisecond, and the threads take some.
+    const int atOnce = QuestionsAtOnce(addresses.size());
     std::vector<std::thread> threads;
     try {
-        for (int i = 1; i < QuestionsAtOnce(addresses.size()); ++i) {
+        for (int i = 1; i < atOnce; ++i) {
             threads.emplace_back(askTheRest);
         }
     } catch (const std::system_error &) { // no further thread is allowed: fewer will do
