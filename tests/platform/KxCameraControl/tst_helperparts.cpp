@@ -7,7 +7,6 @@
 
 #include "KxCameraControl/kxerrors.h"
 #include "description/unpack.h"
-#include "features/textfile.h"
 #include "helper/usblist.h"
 #include "ipc/frame.h"
 
@@ -37,9 +36,6 @@ private slots:
     void Unpack_DamagedAnywhere_GivesNothingOrTheText();
     void Unpack_MoreThanTheLongestText_GivesNothing();
     void ListUsbCameras_NoCamera_IsEmpty();
-    void ReplaceFile_Existing_IsReplacedWhole();
-    void ReplaceFile_FolderIsMissing_CannotBeOpened();
-    void ReplaceFile_IsAFolder_LeavesNothingBehind();
 };
 
 void tst_HelperParts::Unpack_GoodArchive_GivesItsFirstFile()
@@ -76,31 +72,6 @@ void tst_HelperParts::ListUsbCameras_NoCamera_IsEmpty()
     if (!records.empty())
         QSKIP("a USB camera is connected");
     QVERIFY(records.empty());
-}
-
-void tst_HelperParts::ReplaceFile_Existing_IsReplacedWhole()
-{
-    const QTemporaryDir folder;
-    const QByteArray path = QFile::encodeName(folder.filePath("f"));
-    std::vector<uint8_t> bytes;
-    QCOMPARE(ReplaceFile(path, std::vector<uint8_t>(1000, 'a')), KX_CC_OK);
-    QCOMPARE(ReplaceFile(path, {'b'}), KX_CC_OK);
-    QCOMPARE(ReadWholeFile(path, bytes), KX_CC_OK);
-    QCOMPARE(bytes, std::vector<uint8_t>{'b'});
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
-}
-
-void tst_HelperParts::ReplaceFile_FolderIsMissing_CannotBeOpened()
-{
-    QCOMPARE(ReplaceFile("/nowhere/at/all", {'b'}), KX_CC_E_FILE_OPEN);
-}
-
-void tst_HelperParts::ReplaceFile_IsAFolder_LeavesNothingBehind()
-{
-    const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir("sub"));
-    QCOMPARE(ReplaceFile(QFile::encodeName(folder.filePath("sub")), {'b'}), KX_CC_E_FILE_WRITE);
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 0);
 }
 
 QTEST_APPLESS_MAIN(tst_HelperParts)

@@ -1,12 +1,10 @@
 #include "features/textfile.h"
 
-#include <atomic>
-#include <cerrno>
-#include <cstdio>
-#include <string>
-
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <glib.h>
 
 #include "KxCameraControl/kxerrors.h"
 #include "ipc/frame.h"
@@ -14,37 +12,33 @@
 namespace kxcc {
 namespace {
 
-bool WriteAll(int nFile, const std::vector<std::uint8_t> &bytes)
+/// Something that is there and no regular file: a folder, a device, a pipe without a writer.
+bool IsSomethingElse(const char *szPath)
 {
-    std::size_t nDone = 0;
-    while (nDone < bytes.size()) {
-        const ssize_t n = write(nFile, bytes.data() + nDone, bytes.size() - nDone);
-        if (n > 0)
-            nDone += static_cast<std::size_t>(n);
-        else if (errno != EINTR)
-            return false;
-    }
-    return fsync(nFile) == 0;
+    struct stat status = {};
+    return stat(szPath, &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-/// A new file beside the one to replace; its rights are those of any new file.
-int CreateBeside(const char *szPath, std::string &strTemporary)
+/// What the file system gives when there was a place for the file and then no room.
+bool IsAboutWriting(const GError *pError)
 {
-    static std::atomic<unsigned int> nCount{0};
-    strTemporary = std::string(szPath) + "." + std::to_string(getpid()) + "-" + std::to_string(nCount++);
-    return open(strTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    return g_error_matches(pError, G_FILE_ERROR, G_FILE_ERROR_NOSPC) != FALSE ||
+           g_error_matches(pError, G_FILE_ERROR, G_FILE_ERROR_IO) != FALSE ||
+           g_error_matches(pError, G_FILE_ERROR, G_FILE_ERROR_FAILED) != FALSE;
 }
 
 } // namespace
 
 int ReadWholeFile(const char *szPath, std::vector<std::uint8_t> &bytes)
 {
-    const int nFile = open(szPath, O_RDONLY | O_CLOEXEC);
+    // Opened without waiting, and looked at through the descriptor: nothing may take its place in between.
+    const int nFile = open(szPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat status = {};
     if (nFile < 0)
         return KX_CC_E_FILE_OPEN;
     std::uint8_t block[16384];
-    ssize_t n = 0;
-    while ((n = read(nFile, block, sizeof block)) > 0 && bytes.size() <= kMaxText)
+    ssize_t n = fstat(nFile, &status) == 0 && S_ISREG(status.st_mode) ? 0 : -1;
+    while (n >= 0 && (n = read(nFile, block, sizeof block)) > 0 && bytes.size() <= kMaxText)
         bytes.insert(bytes.end(), block, block + n);
     close(nFile);
     if (n < 0)
@@ -54,16 +48,18 @@ int ReadWholeFile(const char *szPath, std::vector<std::uint8_t> &bytes)
 
 int ReplaceFile(const char *szPath, const std::vector<std::uint8_t> &bytes)
 {
-    std::string strTemporary;
-    const int nFile = CreateBeside(szPath, strTemporary);
-    if (nFile < 0)
+    if (IsSomethingElse(szPath))
         return KX_CC_E_FILE_OPEN;
-    bool bDone = WriteAll(nFile, bytes);
-    bDone = close(nFile) == 0 && bDone;
-    bDone = bDone && rename(strTemporary.c_str(), szPath) == 0;
-    if (!bDone)
-        unlink(strTemporary.c_str());
-    return bDone ? KX_CC_OK : KX_CC_E_FILE_WRITE;
+    GError *pError = nullptr;
+    const auto *pText = reinterpret_cast<const gchar *>(bytes.data());
+    g_file_set_contents_full(
+        szPath, bytes.empty() ? "" : pText, static_cast<gssize>(bytes.size()),
+        GFileSetContentsFlags(G_FILE_SET_CONTENTS_CONSISTENT | G_FILE_SET_CONTENTS_DURABLE), 0666, &pError);
+    if (pError == nullptr)
+        return KX_CC_OK;
+    const int nCode = IsAboutWriting(pError) ? KX_CC_E_FILE_WRITE : KX_CC_E_FILE_OPEN;
+    g_error_free(pError);
+    return nCode;
 }
 
 } // namespace kxcc
