@@ -133,7 +133,7 @@ QByteArray MakeTemporary(const QByteArray &path, Descriptor *pFile)
     const int kTries = 100;
     for (int i = 0; i < kTries; ++i) {
         const quint32 nNumber = QRandomGenerator::system()->generate();
-        const QByteArray name = path + '.' + QByteArray::number(nNumber, 36).rightJustified(7, '0');
+        QByteArray name = path + '.' + QByteArray::number(nNumber, 36).rightJustified(7, '0');
         pFile->Reset(open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         if (*pFile)
             return name;

@@ -37,7 +37,7 @@ std::optional<kxcc::Reply> AnswerTo(uint32_t nSerial, int nSocket)
         std::vector<uint8_t> body(head ? head->nBody : 0);
         if (!head || head->nBlob != 0 || !Receive(nSocket, body.data(), body.size()))
             return std::nullopt;
-        const auto reply = kxcc::DecodeReply(body);
+        auto reply = kxcc::DecodeReply(body);
         if (!reply || (reply->nSerial == nSerial && !reply->bProgress))
             return reply;
     }
