@@ -7,10 +7,10 @@ namespace {
 
 const char kListUsage[] = "kx-features list [--json] [--verbose]";
 const char kExportUsage[] =
-    "kx-features export --to DIR (--all | --serial S ... | --model M | --address A ...) [--overwrite] "
+    "kx-features export --to DIR (--all | --serial S ... | --model M ... | --address A ...) [--overwrite] "
     "[--json] [--verbose]";
 const char kImportUsage[] =
-    "kx-features import FILE (--all | --serial S ... | --model M | --address A ...) [--json] [--verbose]";
+    "kx-features import FILE (--all | --serial S ... | --model M ... | --address A ...) [--json] [--verbose]";
 
 const int kShortestSearchMs = 1;
 const int kLongestSearchMs = 10000;
@@ -31,40 +31,36 @@ CommandLine ShowText(const QString &text)
     return command;
 }
 
+const char kHelp[] =
+    "Copies camera settings between cameras and files, for many cameras at once.\n"
+    "\n"
+    "  %1\n"
+    "      Lists the cameras that are found: model, serial number, user name, address, transport, access.\n"
+    "  %2\n"
+    "      Writes one file per camera, MODEL_SERIAL.kfb, into the folder DIR.\n"
+    "  %3\n"
+    "      Writes the settings of one file into every chosen camera of the file's model.\n"
+    "\n"
+    "Cameras are chosen by any of the options; --serial, --model and --address may be repeated.\n"
+    "\n"
+    "  --all            every camera that is found\n"
+    "  --serial S ...   cameras with these serial numbers\n"
+    "  --model M ...    cameras of these models\n"
+    "  --address A ...  network cameras at these IPv4 addresses, asked directly\n"
+    "  --search-ms N    how long to search for cameras, %4 to %5 milliseconds (default %6)\n"
+    "  --overwrite      export cameras of one file name all the same: the last file stays\n"
+    "  --json           one JSON array on standard output instead of lines\n"
+    "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
+    "\n"
+    "Exit code: 0 when every camera succeeded; 1 when one failed or was not found, also because the file of\n"
+    "an import is missing, empty, not well-formed or of another model, or when standard output could not be\n"
+    "written; 2 for wrong usage, and for an import that is refused before it begins: of a folder, FIFO,\n"
+    "socket or device, of a pipe that does not end, or of a file with a record that is not streamable;\n"
+    "130 when interrupted.\n";
+
 QString HelpText()
 {
-    return QStringLiteral(
-               "Copies camera settings between cameras and files, for many cameras at once.\n"
-               "\n"
-               "  %1\n"
-               "      Lists the cameras that are found: model, serial number, user name, address, transport, "
-               "access.\n"
-               "  %2\n"
-               "      Writes one file per camera, MODEL_SERIAL.kfb, into the folder DIR.\n"
-               "  %3\n"
-               "      Writes the settings of one file into every chosen camera of the file's model.\n"
-               "\n"
-               "Cameras are chosen by any of the options; --serial, --model and --address may be repeated.\n"
-               "\n"
-               "  --all            every camera that is found\n"
-               "  --serial S ...   cameras with these serial numbers\n"
-               "  --model M        cameras of this model\n"
-               "  --address A ...  network cameras at these IPv4 addresses, asked directly\n"
-               "  --search-ms N    how long to search for cameras, %4 to %5 milliseconds (default %6)\n"
-               "  --overwrite      export cameras of one model and serial number all the same: the last file "
-               "stays\n"
-               "  --json           one JSON array on standard output instead of lines\n"
-               "  --verbose        on standard error: why a camera could not be opened or was lost, in full\n"
-               "\n"
-               "Exit code: 0 when every camera succeeded; 1 when one failed or was not found, also because "
-               "the "
-               "file of\n"
-               "an import is missing, empty, not well-formed or of another model, or when standard output "
-               "could "
-               "not be\n"
-               "written; 2 for wrong usage, and for an import that is refused before it begins, of a folder, "
-               "FIFO, socket\n"
-               "or device, or of a file with a record that is not streamable; 130 when interrupted.\n")
+    return QString::fromLatin1(kHelp)
         .arg(QLatin1String(kListUsage), QLatin1String(kExportUsage), QLatin1String(kImportUsage))
         .arg(kShortestSearchMs)
         .arg(kLongestSearchMs)

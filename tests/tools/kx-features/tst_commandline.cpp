@@ -121,7 +121,7 @@ void tst_CommandLine::Parse_Help_TellsTheExitCodesOfAnImport()
     const QString refused = text.section("; 2 for ", 1).section("; 130 ", 0, 0);
     for (const char *why : {"missing", "empty", "not well-formed", "another model"})
         QVERIFY2(failed.contains(why) && !refused.contains(why), why);
-    for (const char *why : {"wrong usage", "folder", "FIFO", "device", "not streamable"})
+    for (const char *why : {"wrong usage", "folder", "FIFO", "device", "pipe", "not streamable"})
         QVERIFY2(refused.contains(why) && !failed.contains(why), why);
 }
 
