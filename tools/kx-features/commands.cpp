@@ -117,7 +117,7 @@ void RefuseUnreachable(Batch *pBatch)
 {
     for (int index = 0; index < pBatch->Cameras().size(); ++index) {
         if (pBatch->Cameras().at(index).record.nAccessStatus == KX_CC_ACCESS_UNREACHABLE) {
-            pBatch->Refuse(index, QStringLiteral("Unreachable: in another network, or without an answer."));
+            pBatch->Refuse(index, QStringLiteral("Not opened: in another network, or without an answer."));
         }
     }
 }

@@ -29,8 +29,8 @@ QString Progress(int done, int total, int failed);
 /// transport and access.
 QByteArray ListJson(const QVector<Camera> &cameras);
 
-/// The same with result, message and file added; what was not found follows as objects with result and
-/// message alone. A camera that is not done counts as failed with the message "interrupted".
+/// The same with result, message and file added; what was not found follows as objects with these three
+/// alone, file being empty. A camera that is not done counts as failed with the message "interrupted".
 QByteArray BatchJson(const QVector<Camera> &cameras, const QVector<CameraResult> &results,
                      const QStringList &missing);
 

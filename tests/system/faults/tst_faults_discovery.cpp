@@ -208,7 +208,7 @@ void tst_Faults_Discovery::Export_AllWithOneUnreachable_SaysSoAndDoesNotOpenIt()
     const QJsonObject row = run.Camera(m_batch.Faulty());
     QCOMPARE(row.value("result").toString(), QString("failed"));
     QCOMPARE(row.value("message").toString(),
-             QString("Unreachable: in another network, or without an answer."));
+             QString("Not opened: in another network, or without an answer."));
     for (const int camera : {1, 3}) {
         const QString file = QStringLiteral("/SimCam-150_SIM000%1.kfb").arg(camera);
         QCOMPARE(ReadFile(folder.path() + file), m_batch.Reference());
