@@ -9,6 +9,7 @@
 ///  work MS            computes that long, on a processor, for each feature
 ///  stubborn           does not end when the library hangs up
 ///  surroundings       a feature's value is 0 unless it was started as a helper is to be
+///  too-small SIZE     says that a description has this size, and that the buffer is too small for it
 ///  progress MS COUNT  tells of progress so often, at that distance, before each reply to a save
 ///
 /// An opening always succeeds, and a feature's value is 42.
@@ -28,6 +29,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "KxCameraControl/kxerrors.h"
 #include "ipc/frame.h"
 
 using namespace kxcc;
@@ -86,9 +88,10 @@ Request ReceiveRequest()
     return DecodeRequest(body).value();
 }
 
-void Send(std::uint32_t nSerial, bool bProgress)
+void Send(std::uint32_t nSerial, bool bProgress, int nCode = KX_CC_OK)
 {
     Reply reply;
+    reply.nCode = nCode;
     reply.nSerial = nSerial;
     reply.bProgress = bProgress;
     reply.nNumber = nValue;
@@ -165,12 +168,15 @@ int main()
         nValue = IsStartedWell() ? 42 : 0;
     if (script.Is("stubborn"))
         bStubborn = true;
+    if (script.Is("too-small"))
+        nValue = script.nMs;
     Send(kReadySerial, false);
     for (;;) {
         const Request request = ReceiveRequest();
         if (request.operation != Operation::Open)
             Play(script, request);
         const bool bWrong = script.Is("wrong-serial") && request.operation != Operation::Open;
-        Send(request.nSerial + (bWrong ? 1 : 0), false);
+        const bool bTooSmall = script.Is("too-small") && request.operation == Operation::Description;
+        Send(request.nSerial + (bWrong ? 1 : 0), false, bTooSmall ? KX_CC_E_BUFFER_TOO_SMALL : KX_CC_OK);
     }
 }

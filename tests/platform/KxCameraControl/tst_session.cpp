@@ -83,6 +83,8 @@ private Q_SLOTS:
     void Call_HelperHangsUpAndLives_IsEnded();
     void Call_HelperComputesBeyondTheDeadline_IsGrantedIt();
     void Call_RequestLongerThanTheSocketHolds_ArrivesAsItIs();
+    void Description_HelperSaysItsSize_IsBelievedWithinTheBound_data();
+    void Description_HelperSaysItsSize_IsBelievedWithinTheBound();
     void Close_HelperDoesNotEnd_IsKilled();
     void Open_StrangeSurroundings_AreKeptFromTheHelper();
     void Call_HelperExits_LogHasItsExitCode();
@@ -173,6 +175,28 @@ void tst_Session::Call_RequestLongerThanTheSocketHolds_ArrivesAsItIs()
     QCOMPARE(KX_CC_FeatureLoad(handle.Handle(), QFile::encodeName(file.fileName())), KX_CC_OK);
     QCOMPARE(handle.Get(), KX_CC_OK); // there is nothing behind it that would be taken for a request
     QCOMPARE(messages, QStringList());
+}
+
+void tst_Session::Description_HelperSaysItsSize_IsBelievedWithinTheBound_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<unsigned int>("size");
+    QTest::newRow("the longest") << QByteArray("too-small 16777217") << KX_CC_E_BUFFER_TOO_SMALL << 16777217U;
+    QTest::newRow("longer") << QByteArray("too-small 16777218") << KX_CC_E_DEVICE_STATUS << 7U;
+    QTest::newRow("as large as the buffer") << QByteArray("too-small 100") << KX_CC_E_DEVICE_STATUS << 7U;
+}
+
+void tst_Session::Description_HelperSaysItsSize_IsBelievedWithinTheBound()
+{
+    QFETCH(QByteArray, script);
+    const ScriptedHandle handle(script);
+    QByteArray buffer(100, '\0');
+    unsigned int nSize = 7;
+    QTEST(
+        KX_XML_GetGenICamXML(handle.Handle(), reinterpret_cast<unsigned char *>(buffer.data()), 100, &nSize),
+        "code");
+    QTEST(nSize, "size");
 }
 
 void tst_Session::Close_HelperDoesNotEnd_IsKilled()

@@ -285,6 +285,7 @@ KX_CC_API int KX_CC_SetBoolValue(void *hDevice, const char *szName, bool bValue)
  *
  * @retval KX_CC_E_HANDLE, KX_CC_E_NOT_OPEN, KX_CC_E_PARAMETER  the caller's mistakes
  * @retval KX_CC_E_BUFFER_TOO_SMALL                             see pnSize
+ * @retval KX_CC_E_DEVICE_STATUS                                the helper process gave what is none
  * @retval KX_CC_E_TIMEOUT, KX_CC_E_SESSION_ENDED, KX_CC_E_LOST the handle is lost
  */
 KX_CC_API int KX_XML_GetGenICamXML(void *hDevice, unsigned char *pBuffer, unsigned int nBufferSize,

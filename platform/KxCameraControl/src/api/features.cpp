@@ -6,6 +6,7 @@
 #include "KxCameraControl/kxcameracontrol.h"
 #include "api/devicehandle.h"
 #include "api/handletable.h"
+#include "description/description.h"
 #include "features/textfile.h"
 
 using kxcc::Operation;
@@ -19,6 +20,7 @@ using Devices = kxcc::HandleTable<kxcc::DeviceHandle>;
 
 /// No feature has a longer name; a longer one would not fit into a request.
 constexpr std::size_t kLongestName = 4096;
+constexpr auto kLongestDescription = static_cast<std::int64_t>(kxcc::kMaxDescription) + 1; // and its NUL
 
 int CallFeature(void *hDevice, Operation operation, const char *szName, Request &request, Reply &reply)
 {
@@ -145,10 +147,12 @@ int KX_XML_GetGenICamXML(void *hDevice, unsigned char *pBuffer, unsigned int nBu
     const int nCode = device->Call(request, reply);
     if (nCode != KX_CC_OK && nCode != KX_CC_E_BUFFER_TOO_SMALL)
         return nCode;
-    // A helper that a camera has corrupted may say anything.
-    if (nCode == KX_CC_OK && reply.blob.size() >= nBufferSize)
+    // A helper that a camera has corrupted may say anything, and the caller takes memory of this size.
+    const std::int64_t nSize =
+        nCode == KX_CC_OK ? static_cast<std::int64_t>(reply.blob.size()) + 1 : reply.nNumber;
+    if (nSize > kLongestDescription || (nSize <= nBufferSize) != (nCode == KX_CC_OK))
         return KX_CC_E_DEVICE_STATUS;
-    *pnSize = static_cast<unsigned int>(nCode == KX_CC_OK ? reply.blob.size() + 1 : reply.nNumber);
+    *pnSize = static_cast<unsigned int>(nSize);
     if (nCode == KX_CC_OK) {
         std::memcpy(pBuffer, reply.blob.data(), reply.blob.size());
         pBuffer[reply.blob.size()] = '\0';
