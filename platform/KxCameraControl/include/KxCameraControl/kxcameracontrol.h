@@ -318,8 +318,9 @@ KX_CC_API int KX_CC_FeatureSave(void *hDevice, const char *szFileName);
  *
  * Threads and blocking: as KX_CC_FeatureSave().
  *
- * @retval KX_CC_E_FILE_OPEN     it cannot be opened
- * @retval KX_CC_E_FILE_FORMAT   its first line is not the marker, or a line is malformed; nothing was set
+ * @retval KX_CC_E_FILE_OPEN     it cannot be opened, or is no regular file
+ * @retval KX_CC_E_FILE_FORMAT   its first line is not the marker, a line is malformed, or it has more than
+ *                               64 MB; nothing was set
  * @retval KX_CC_E_FILE_PARTIAL  some values were refused in the end
  * and the results of writing a feature that concern the handle
  */
