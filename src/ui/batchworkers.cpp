@@ -13,7 +13,7 @@ namespace {
 
 // A worker that lost its camera gives up after one deadline of the camera SDK; what it does besides takes
 // far less than another two. One that has not ended by then never will.
-const qint64 kLongestWaitMs = 3 * KX_CC_DEADLINE_MS;
+const qint64 kLongestWaitMs = 3LL * KX_CC_DEADLINE_MS;
 
 } // namespace
 
