@@ -299,6 +299,7 @@ std::vector<FeatureLine> FeatureBag::SelectionsAfter(const std::vector<FeatureLi
             own->second = line.strValue;
     }
     std::vector<FeatureLine> selections;
+    selections.reserve(values.size());
     for (const auto &value : values)
         selections.push_back({value.first, value.second, {}});
     return selections;
