@@ -9,7 +9,7 @@
 namespace {
 
 // Puts the texts of the cells below those of the header.
-constexpr int nTextIndent = 3;
+constexpr int kTextIndent = 3;
 
 } // namespace
 
@@ -77,7 +77,7 @@ void CheckTableDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &o
                            bEnabled ? QIcon::Normal : QIcon::Disabled);
         return;
     }
-    content.rect.adjust(nTextIndent, 0, 0, 0);
+    content.rect.adjust(kTextIndent, 0, 0, 0);
     // What a row says is still to be read while the window cannot be used.
     if (!index.data(Qt::ForegroundRole).isValid())
         content.palette.setColor(QPalette::Disabled, QPalette::Text, StylePainter::TextWeak);
@@ -96,5 +96,5 @@ bool CheckTableDelegate::IsElided(const QModelIndex &index) const
     option.initFrom(m_pTable);
     option.font = m_pTable->font();
     option.fontMetrics = m_pTable->fontMetrics();
-    return sizeHint(option, index).width() + nTextIndent > m_pTable->visualRect(index).width();
+    return sizeHint(option, index).width() + kTextIndent > m_pTable->visualRect(index).width();
 }

@@ -8,7 +8,7 @@
 namespace {
 
 // Corners are easier to hit than their few pixels of edge.
-constexpr int nCorner = 16;
+constexpr int kCorner = 16;
 
 TarnCustom::StrechEdge FlagOf(Qt::Edges edges)
 {
@@ -43,10 +43,10 @@ Qt::Edges FrameGrip::EdgesAt(const QPoint &pos, const QRect &frame, TarnCustom::
         return edges;
     };
     const auto isAllowed = [&](Qt::Edges edges) { return edges && (allowed & FlagOf(edges)); };
-    const Qt::Edges edges = near(nInside);
+    const Qt::Edges edges = near(kInside);
     if (!edges)
         return {};
-    const Qt::Edges corner = edges | near(nCorner);
+    const Qt::Edges corner = edges | near(kCorner);
     const bool bCorner =
         (corner & (Qt::LeftEdge | Qt::RightEdge)) && (corner & (Qt::TopEdge | Qt::BottomEdge));
     if (bCorner && isAllowed(corner))

@@ -30,7 +30,7 @@ public:
     bool IsActive() const { return bool(m_edges); }
 
     /// Width of the grip inside the frame, in device-independent pixels.
-    static constexpr int nInside = 5;
+    static constexpr int kInside = 5;
 
 private:
     QWidget *const m_pWindow;

@@ -8,21 +8,21 @@
 
 namespace {
 
-constexpr int nSide = 36;
-constexpr int nStepMs = 33;
-constexpr int nStepDegrees = 12; // once round in a second
+constexpr int kSide = 36;
+constexpr int kStepMs = 33;
+constexpr int kStepDegrees = 12; // once round in a second
 
 } // namespace
 
 LoadingSpinner::LoadingSpinner(QWidget *pParent)
     : QWidget(pParent)
 {
-    setFixedSize(nSide, nSide);
+    setFixedSize(kSide, kSide);
 }
 
 void LoadingSpinner::showEvent(QShowEvent *)
 {
-    m_timer.start(nStepMs, this);
+    m_timer.start(kStepMs, this);
 }
 
 void LoadingSpinner::hideEvent(QHideEvent *)
@@ -34,7 +34,7 @@ void LoadingSpinner::timerEvent(QTimerEvent *pEvent)
 {
     if (pEvent->timerId() != m_timer.timerId())
         return;
-    m_nDegrees = (m_nDegrees + nStepDegrees) % 360;
+    m_nDegrees = (m_nDegrees + kStepDegrees) % 360;
     update();
 }
 

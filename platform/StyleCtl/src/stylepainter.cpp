@@ -36,9 +36,9 @@ QPalette LightPalette()
 
 QRect CheckBoxRect(const QRect &cell)
 {
-    QRect box(0, 0, nCheckBoxSize, nCheckBoxSize);
-    box.moveTopLeft(QPoint(cell.left() + (cell.width() - nCheckBoxSize) / 2,
-                           cell.top() + (cell.height() - nCheckBoxSize) / 2));
+    QRect box(0, 0, kCheckBoxSize, kCheckBoxSize);
+    box.moveTopLeft(QPoint(cell.left() + (cell.width() - kCheckBoxSize) / 2,
+                           cell.top() + (cell.height() - kCheckBoxSize) / 2));
     return box;
 }
 

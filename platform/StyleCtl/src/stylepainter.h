@@ -29,7 +29,7 @@ inline constexpr QColor Border(0xbf, 0xc3, 0xc9);
 inline constexpr QColor ErrorRed(0xe0, 0x2b, 0x2b);
 
 /// Side of a check box in device-independent pixels.
-constexpr int nCheckBoxSize = 16;
+constexpr int kCheckBoxSize = 16;
 
 /// Light palette for every window of the library, whatever the system's is.
 QPalette LightPalette();

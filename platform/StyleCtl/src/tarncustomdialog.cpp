@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int nShadowWidth = 10;
+constexpr int kShadowWidth = 10;
 
 } // namespace
 
@@ -60,7 +60,7 @@ QMargins TarnCustomDialog::cShadowMargins() const
 {
     if (!m_bShadow || !m_bCompositing || FillsScreen())
         return {};
-    return {nShadowWidth, nShadowWidth, nShadowWidth, nShadowWidth};
+    return {kShadowWidth, kShadowWidth, kShadowWidth, kShadowWidth};
 }
 
 void TarnCustomDialog::cSetCentralWidget(QWidget *pWidget)
@@ -98,7 +98,7 @@ void TarnCustomDialog::UpdateFrame()
 {
     m_bCompositing = WindowSystem::IsCompositing();
     const int nLine = FillsScreen() ? 0 : 1;
-    const int nGrip = FillsScreen() || !m_strechEdges ? nLine : FrameGrip::nInside;
+    const int nGrip = FillsScreen() || !m_strechEdges ? nLine : FrameGrip::kInside;
     const auto side = [&](TarnCustom::StrechEdges edge) { return (m_strechEdges & edge) ? nGrip : nLine; };
     const QMargins inner(side(TarnCustom::StrechLeft), side(TarnCustom::StrechTop),
                          side(TarnCustom::StrechRight), side(TarnCustom::StrechBottom));
@@ -113,7 +113,7 @@ void TarnCustomDialog::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const QRect frame = FrameRect();
     if (!cShadowMargins().isNull())
-        StylePainter::DrawShadow(&painter, frame, nShadowWidth);
+        StylePainter::DrawShadow(&painter, frame, kShadowWidth);
     painter.fillRect(frame,
                      cBackgroundColor(isEnabled() ? TarnCustom::StateNormal : TarnCustom::StateDisabled));
     if (!m_pTitleBar->isHidden()) {

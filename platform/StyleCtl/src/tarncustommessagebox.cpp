@@ -12,9 +12,9 @@
 
 namespace {
 
-constexpr int nLeastTextWidth = 320;
-constexpr int nMostTextWidth = 440;
-constexpr int nMostDetailHeight = 160;
+constexpr int kLeastTextWidth = 320;
+constexpr int kMostTextWidth = 440;
+constexpr int kMostDetailHeight = 160;
 bool g_bNotBlock = false; // asked for by setNotBlockRun_Mac(), for one message
 
 } // namespace
@@ -69,14 +69,14 @@ void TarnCustomMessageBox::SetTexts(const QString &content, const QString &detai
     m_pContent->setText(content);
     // A text that fits on a line stays on it.
     const int nNeeded = m_pContent->fontMetrics().size(0, content).width() + 4;
-    const int nTextWidth = qBound(nLeastTextWidth, nNeeded, nMostTextWidth);
+    const int nTextWidth = qBound(kLeastTextWidth, nNeeded, kMostTextWidth);
     m_pContent->setMinimumWidth(nTextWidth);
     m_pDetail->setPlainText(detail);
     m_pDetail->setVisible(!detail.isEmpty());
     if (!detail.isEmpty()) {
         const QRect needed = m_pDetail->fontMetrics().boundingRect(QRect(0, 0, nTextWidth - 8, 10000),
                                                                    Qt::TextWrapAnywhere, detail);
-        m_pDetail->setFixedHeight(qMin(needed.height() + 8, nMostDetailHeight));
+        m_pDetail->setFixedHeight(qMin(needed.height() + 8, kMostDetailHeight));
     }
     ApplyTexts();
 }

@@ -10,9 +10,9 @@ namespace {
 
 using namespace TarnCustom;
 
-constexpr int nPadding = 14;
-constexpr int nLeastHeight = 26;
-constexpr qreal dRadius = 2.5;
+constexpr int kPadding = 14;
+constexpr int kLeastHeight = 26;
+constexpr qreal kRadius = 2.5;
 
 QColor DefaultBackground(TarnCustomPushButton::ButtonStyle eStyle, CtrlState eState)
 {
@@ -127,7 +127,7 @@ QSize TarnCustomPushButton::sizeHint() const
 {
     const int nIcon = icon().isNull() ? 0 : iconSize().width() + 6;
     const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
-    return {text.width() + nIcon + 2 * nPadding, qMax(nLeastHeight, text.height() + 10)};
+    return {text.width() + nIcon + 2 * kPadding, qMax(kLeastHeight, text.height() + 10)};
 }
 
 bool TarnCustomPushButton::event(QEvent *pEvent)
@@ -151,7 +151,7 @@ void TarnCustomPushButton::DrawBorder(QPainter *pPainter, const Border &border) 
     const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     pPainter->setPen(QPen(border.color, 1));
     if (border.eEdge == BorderAll) {
-        pPainter->drawRoundedRect(frame, dRadius, dRadius);
+        pPainter->drawRoundedRect(frame, kRadius, kRadius);
     } else if (border.eEdge == BorderSides) {
         pPainter->drawLine(frame.topLeft(), frame.bottomLeft());
         pPainter->drawLine(frame.topRight(), frame.bottomRight());
@@ -168,14 +168,14 @@ void TarnCustomPushButton::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_mapBackground.value(eState, DefaultBackground(m_eStyle, eState)));
-    painter.drawRoundedRect(QRectF(rect()), dRadius, dRadius);
+    painter.drawRoundedRect(QRectF(rect()), kRadius, kRadius);
     painter.setBrush(Qt::NoBrush);
     DrawBorder(&painter, BorderOf(eState));
     if (hasFocus() && m_eStyle == FilledStyle) {
         painter.setPen(QPen(Qt::white, 1));
         painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), 1.5, 1.5);
     } else if (hasFocus()) {
-        StylePainter::DrawFocusRing(&painter, rect(), dRadius);
+        StylePainter::DrawFocusRing(&painter, rect(), kRadius);
     }
 
     QRect place = rect().adjusted(4, 0, -4, 0);

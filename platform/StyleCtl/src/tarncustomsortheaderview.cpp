@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int nPadding = 6;
-constexpr int nArrowWidth = 10;
+constexpr int kPadding = 6;
+constexpr int kArrowWidth = 10;
 
 void DrawArrow(QPainter *pPainter, const QRectF &place, bool bUp)
 {
@@ -190,7 +190,7 @@ void TarnCustomSortHeaderView::SetHoverSection(int nSection)
 QSize TarnCustomSortHeaderView::sectionSizeFromContents(int nSection) const
 {
     const QString text = model() ? model()->headerData(nSection, orientation()).toString() : QString();
-    return {fontMetrics().horizontalAdvance(text) + 2 * nPadding, fontMetrics().height() + 2 * nPadding};
+    return {fontMetrics().horizontalAdvance(text) + 2 * kPadding, fontMetrics().height() + 2 * kPadding};
 }
 
 void TarnCustomSortHeaderView::paintEvent(QPaintEvent *pEvent)
@@ -224,10 +224,10 @@ void TarnCustomSortHeaderView::paintSection(QPainter *pPainter, const QRect &rec
     pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), StylePainter::Line);
     if (visualIndex(nSection) < count() - 1)
         pPainter->fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), StylePainter::Line);
-    QRect content = rect.adjusted(nPadding, 0, -nPadding, 0);
+    QRect content = rect.adjusted(kPadding, 0, -kPadding, 0);
     if (nSection == m_nSortSection) {
         // Above the text: narrow columns have no room beside it.
-        const QRectF arrow(rect.center().x() - nArrowWidth / 2.0, rect.top() + 3, nArrowWidth, 5);
+        const QRectF arrow(rect.center().x() - kArrowWidth / 2.0, rect.top() + 3, kArrowWidth, 5);
         pPainter->setRenderHint(QPainter::Antialiasing);
         DrawArrow(pPainter, arrow, m_bSortAscending);
     }

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr int nIconSize = 18;
-constexpr int nMargin = 12;
+constexpr int kIconSize = 18;
+constexpr int kMargin = 12;
 
 } // namespace
 
@@ -153,14 +153,14 @@ void TarnCustomTitleBar::paintEvent(QPaintEvent *)
     painter.fillRect(rect(), Qt::white);
     painter.fillRect(QRect(0, height() - 1, width(), 1), StylePainter::Line);
 
-    int nLeft = nMargin;
+    int nLeft = kMargin;
     const QIcon icon = ShownIcon();
     if (!icon.isNull()) {
-        const QRect place(nLeft, (height() - nIconSize) / 2, nIconSize, nIconSize);
+        const QRect place(nLeft, (height() - kIconSize) / 2, kIconSize, kIconSize);
         icon.paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-        nLeft += nIconSize + 8;
+        nLeft += kIconSize + 8;
     }
-    int nRight = width() - nMargin;
+    int nRight = width() - kMargin;
     for (const TitleBarButton *pButton : {m_pMinimizeBtn, m_pMaximizeBtn, m_pCloseBtn}) {
         if (!pButton->isHidden())
             nRight = qMin(nRight, pButton->x() - 8);
