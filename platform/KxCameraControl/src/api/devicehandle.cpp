@@ -9,8 +9,6 @@
 namespace kxcc {
 namespace {
 
-constexpr int kCloseMs = 950;
-
 bool LosesHandle(int nCode)
 {
     return nCode == KX_CC_E_TIMEOUT || nCode == KX_CC_E_SESSION_ENDED || nCode == KX_CC_E_LOST ||
@@ -38,7 +36,7 @@ int DeviceHandle::Open()
     if (nCode == KX_CC_OK) {
         m_state = State::Open;
     } else {
-        m_session.End(kCloseMs);
+        m_session.End(Session::kReleaseMs);
         OpenCameras::Instance().Closed(m_info);
         LogFailure("not opened", nCode);
     }
@@ -50,7 +48,7 @@ void DeviceHandle::Close()
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_state == State::Closed)
         return;
-    m_session.End(kCloseMs);
+    m_session.End(Session::kReleaseMs);
     m_state = State::Closed;
     OpenCameras::Instance().Closed(m_info);
 }

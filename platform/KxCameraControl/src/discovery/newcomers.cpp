@@ -2,18 +2,13 @@
 
 #include <string>
 
+#include "camera/cameraname.h"
 #include "log/log.h"
 
 namespace kxcc {
 namespace {
 
 constexpr std::chrono::minutes kMinute(1);
-
-std::string Dotted(std::uint32_t nIp)
-{
-    return std::to_string(nIp >> 24U) + '.' + std::to_string((nIp >> 16U) & 0xFFU) + '.' +
-           std::to_string((nIp >> 8U) & 0xFFU) + '.' + std::to_string(nIp & 0xFFU);
-}
 
 } // namespace
 
@@ -79,7 +74,7 @@ bool Newcomers::IsFull() const
 void Newcomers::SayOnce(std::uint32_t nSender, const char *szWhat)
 {
     if (m_named.size() < kMostNamed && m_named.insert(nSender).second)
-        Log(KX_CC_LOG_WARNING, {}, "search: the device at " + Dotted(nSender) + ' ' + szWhat);
+        Log(KX_CC_LOG_WARNING, {}, "search: the device at " + DottedAddress(nSender) + ' ' + szWhat);
 }
 
 } // namespace kxcc

@@ -14,13 +14,6 @@ namespace kxcc {
 
 using std::chrono::milliseconds;
 
-namespace {
-
-/// A helper releases its camera within it, see its watcher.
-constexpr int kReleaseMs = 950;
-
-} // namespace
-
 int Session::Start()
 {
     const StartGate::Place place(StartGate::Instance(), milliseconds(KX_CC_LONGEST_CALL_MS / 2));

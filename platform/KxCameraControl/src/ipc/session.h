@@ -20,6 +20,9 @@ class WaitClock;
 class Session
 {
 public:
+    /// For End(): a helper releases its camera within it, see its watcher.
+    static constexpr int kReleaseMs = 950;
+
     /// @param strCamera  whom the messages in the log are about
     explicit Session(std::string strCamera)
         : m_process(std::move(strCamera))
