@@ -50,6 +50,21 @@ bool FeatureCheck::IsUsable(ArvGcNode *pFeature)
     return true;
 }
 
+/// Of a node whose values have all been looked at.
+FeatureCheck::Effort FeatureCheck::EffortWith(const NodeLinks &links)
+{
+    Effort effort{links.bSound, links.nSteps, 0};
+    for (ArvGcNode *pNeeded : links.values) {
+        const Effort &needed = m_values[pNeeded];
+        effort.bSound = effort.bSound && needed.bSound;
+        effort.nSteps = std::min(effort.nSteps + needed.nSteps, kMaxSteps + 1);
+        effort.nLevels = std::max(effort.nLevels, needed.nLevels);
+    }
+    ++effort.nLevels;
+    effort.bSound = effort.bSound && effort.nSteps <= kMaxSteps && effort.nLevels <= kMaxLevels;
+    return effort;
+}
+
 /// Goes down to what has no pointers first, without recursion: a description may chain any number of nodes.
 FeatureCheck::Effort FeatureCheck::EffortOf(ArvGcNode *pNode)
 {
@@ -75,16 +90,7 @@ FeatureCheck::Effort FeatureCheck::EffortOf(ArvGcNode *pNode)
                 enter(pNext);
             continue;
         }
-        Effort effort{visit.links.bSound, visit.links.nSteps, 0};
-        for (ArvGcNode *pNeeded : visit.links.values) {
-            const Effort &needed = m_values[pNeeded];
-            effort.bSound = effort.bSound && needed.bSound;
-            effort.nSteps = std::min(effort.nSteps + needed.nSteps, kMaxSteps + 1);
-            effort.nLevels = std::max(effort.nLevels, needed.nLevels);
-        }
-        ++effort.nLevels;
-        effort.bSound = effort.bSound && effort.nSteps <= kMaxSteps && effort.nLevels <= kMaxLevels;
-        m_values[visit.pNode] = effort;
+        m_values[visit.pNode] = EffortWith(visit.links);
         way.pop_back();
     }
     return m_values[pNode];

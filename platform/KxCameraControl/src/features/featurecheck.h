@@ -9,6 +9,8 @@
 
 namespace kxcc {
 
+struct NodeLinks;
+
 /// Finds out whether a feature's description can be evaluated at all, and at what cost.
 ///
 /// Aravis reads a pointer to a missing node, a text that is no number and an integer without a value as 0,
@@ -34,6 +36,7 @@ private:
 
     bool IsUsable(ArvGcNode *pFeature);
     Effort EffortOf(ArvGcNode *pNode);
+    Effort EffortWith(const NodeLinks &links);
 
     std::unordered_map<ArvGcNode *, Effort> m_values;
     std::unordered_map<ArvGcNode *, bool> m_features;
