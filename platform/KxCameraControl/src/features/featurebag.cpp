@@ -9,7 +9,7 @@ namespace kxcc {
 namespace {
 
 /// An integer selector with more values than this counts something else than banks of settings.
-constexpr std::int64_t kMostIntegerChoices = 256;
+constexpr std::size_t kMostIntegerChoices = 256;
 
 bool IsStreamable(ArvDomNode *pNode)
 {
@@ -131,8 +131,11 @@ FeatureBag::Names FeatureBag::ChoicesOf(const std::string &strSelector)
     } else if (KindOf(pNode) == FeatureKind::Integer) {
         const std::int64_t nMin = arv_gc_integer_get_min(ARV_GC_INTEGER(pNode), nullptr);
         const std::int64_t nMax = arv_gc_integer_get_max(ARV_GC_INTEGER(pNode), nullptr);
-        for (std::int64_t n = nMin; n <= nMax && n - nMin < kMostIntegerChoices; ++n)
+        for (std::int64_t n = nMin; n <= nMax && choices.size() < kMostIntegerChoices; ++n) {
             choices.push_back(std::to_string(n));
+            if (n == nMax)
+                break; // the largest number has none behind it
+        }
     }
     return choices;
 }
