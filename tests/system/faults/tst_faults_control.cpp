@@ -1,67 +1,48 @@
 #include <QtTest>
 
-#include "faultbatch.h"
-
-Q_DECLARE_METATYPE(FaultBatch::Wanted)
+#include "faulttable.h"
 
 // A camera of a batch that falls silent, restarts, moves, or belongs to somebody else.
-class tst_Faults_Control : public QObject
+class tst_Faults_Control : public FaultTable
 {
     Q_OBJECT
 
+public:
+    tst_Faults_Control()
+        : FaultTable("127.50.2.", Rows())
+    {
+    }
+
 private slots:
-    void initTestCase();
-    void Export_CameraGoes_OtherCamerasComplete_data();
-    void Export_CameraGoes_OtherCamerasComplete();
     void Export_EachFeatureTakesLong_EndsWithTheTimeBudget();
     void Export_CameraUnplugged_IsNotFoundAndTheOthersAreExported();
     void Export_CameraPluggedAgain_IsExported();
 
 private:
-    FaultBatch m_batch{"127.50.2."};
+    static std::vector<Row> Rows()
+    {
+        return {
+            {"silent", "mute 1", Wanted::NoFile},
+            {"silent after the first answer", "mute-after 1", Wanted::NoFile},
+            {"silent during the description", "mute-after 6", Wanted::NoFile},
+            {"silent during the features", "mute-after 100", Wanted::Part},
+            {"port closed", "port-closed-after 1", Wanted::NoFile},
+            {"port closed during the features", "port-closed-after 100", Wanted::Part},
+            {"held by another", "control-held 1", Wanted::NoFile},
+            {"stolen while opening", "control-stolen-after 3", Wanted::NoFile},
+            {"stolen during the features", "control-stolen-after 100", Wanted::Part},
+            // The helper notices within its heartbeat that it is no longer in control; what was read until
+            // then counts.
+            {"control lost", "control-lost-after 3", Wanted::Part},
+            {"control lost during the features", "control-lost-after 100", Wanted::Part},
+            {"restart while opening", "reboot-after 5 500", Wanted::Part},
+            {"restart during the features", "reboot-after 100 500", Wanted::Part},
+            {"long restart during the features", "reboot-after 100 5000", Wanted::Part},
+            {"another address while opening", "address-after 5 127.50.2.77", Wanted::NoFile},
+            {"another address during the features", "address-after 100 127.50.2.77", Wanted::Part},
+        };
+    }
 };
-
-void tst_Faults_Control::initTestCase()
-{
-    if (!CameraFarm::IsInstalled())
-        QSKIP("kx-camera-farm is not built");
-    QCOMPARE(m_batch.Prepare(), QString());
-}
-
-void tst_Faults_Control::Export_CameraGoes_OtherCamerasComplete_data()
-{
-    using Wanted = FaultBatch::Wanted;
-    QTest::addColumn<QByteArray>("fault");
-    QTest::addColumn<Wanted>("wanted");
-    const auto row = [](const char *name, const char *fault, Wanted wanted) {
-        QTest::newRow(name) << QByteArray(fault) << wanted;
-    };
-    row("silent", "mute 1", Wanted::NoFile);
-    row("silent after the first answer", "mute-after 1", Wanted::NoFile);
-    row("silent during the description", "mute-after 6", Wanted::NoFile);
-    row("silent during the features", "mute-after 100", Wanted::Part);
-    row("port closed", "port-closed-after 1", Wanted::NoFile);
-    row("port closed during the features", "port-closed-after 100", Wanted::Part);
-    row("held by another", "control-held 1", Wanted::NoFile);
-    row("stolen while opening", "control-stolen-after 3", Wanted::NoFile);
-    row("stolen during the features", "control-stolen-after 100", Wanted::Part);
-    // The helper notices within its heartbeat that it is no longer in control; what was read until then
-    // counts.
-    row("control lost", "control-lost-after 3", Wanted::Part);
-    row("control lost during the features", "control-lost-after 100", Wanted::Part);
-    row("restart while opening", "reboot-after 5 500", Wanted::Part);
-    row("restart during the features", "reboot-after 100 500", Wanted::Part);
-    row("long restart during the features", "reboot-after 100 5000", Wanted::Part);
-    row("another address while opening", "address-after 5 127.50.2.77", Wanted::NoFile);
-    row("another address during the features", "address-after 100 127.50.2.77", Wanted::Part);
-}
-
-void tst_Faults_Control::Export_CameraGoes_OtherCamerasComplete()
-{
-    QFETCH(QByteArray, fault);
-    QFETCH(FaultBatch::Wanted, wanted);
-    QCOMPARE(m_batch.Play(fault, wanted), QString());
-}
 
 // It would take some 30 s. What was read in its time counts, and the camera is free at once.
 void tst_Faults_Control::Export_EachFeatureTakesLong_EndsWithTheTimeBudget()
