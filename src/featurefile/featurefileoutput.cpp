@@ -54,8 +54,8 @@ private:
 struct Target
 {
     QByteArray path; ///< of the file itself, never of a link
-    Descriptor
-        existing; ///< open for writing and, where allowed, reading; none when there is no such file yet
+    /// Open for writing and, where allowed, reading; none when there is no such file yet.
+    Descriptor existing;
     struct stat stBefore = {};
 };
 

@@ -11,7 +11,7 @@
 
 /// Reading feature files: one root, whose first child element holds the camera's model name and every
 /// further one a record with the elements Name, Type, Value and Streamable. Tags of the root and of its
-/// children are not looked at. Everything here is pure and callable from any thread.
+/// children are not looked at. Everything here is callable from any thread.
 namespace FeatureFile {
 
 struct Record
