@@ -128,6 +128,20 @@ const Case kBroken[] = {
     {"computed length of 9, masked",
      "<MaskedIntReg Name='@'><Address>0x10000</Address><pLength>@L</pLength>" PORT "<LSB>3</LSB><MSB>0</MSB>"
      "</MaskedIntReg><Integer Name='@L'><Value>9</Value></Integer>"},
+    {"bits outside the computed length",
+     "<MaskedIntReg Name='@'><Address>0x10000</Address><pLength>@L</pLength>" PORT "<LSB>8</LSB><MSB>8</MSB>"
+     "</MaskedIntReg><Integer Name='@L'><Value>1</Value></Integer>"},
+    {"computed length of 9 around an entry",
+     "<StructReg Comment='S'><Address>0x10000</Address><pLength>@L</pLength>" PORT
+     "<StructEntry Name='@'><LSB>3</LSB><MSB>0</MSB></StructEntry></StructReg>"
+     "<Integer Name='@L'><Value>9</Value></Integer>"},
+    {"negative computed length around an entry",
+     "<StructReg Comment='S'><Address>0x10000</Address><pLength>@L</pLength>" PORT
+     "<StructEntry Name='@'><LSB>3</LSB><MSB>0</MSB></StructEntry></StructReg>"
+     "<Integer Name='@L'><Value>-3</Value></Integer>"},
+    {"negative computed length of a float",
+     "<Integer Name='@'><pValue>@F</pValue></Integer><FloatReg Name='@F'><Address>0x10000</Address>"
+     "<pLength>@L</pLength>" PORT "</FloatReg><Integer Name='@L'><Value>-3</Value></Integer>"},
     {"length of 0 around an entry",
      "<StructReg Comment='S'><Address>0x10000</Address><Length>0</Length>" PORT
      "<StructEntry Name='@'><LSB>15</LSB><MSB>0</MSB></StructEntry></StructReg>"},
@@ -199,6 +213,12 @@ const SoundCase kSound[] = {
      "<IntReg Name='@'><Address>0x100000</Address><pLength>@L</pLength>" PORT
      "<Endianess>BigEndian</Endianess></IntReg><Integer Name='@L'><Value>4</Value></Integer>",
      0x3C3F786D},
+    {"computed length around an entry",
+     "<StructReg Comment='S'><Address>0x100000</Address><pLength>@L</pLength>" PORT
+     "<StructEntry "
+     "Name='@'><LSB>31</LSB><MSB>16</MSB></StructEntry><Endianess>BigEndian</Endianess></StructReg>"
+     "<Integer Name='@L'><Value>4</Value></Integer>",
+     0x786D},
     {"computed offset",
      "<IntReg Name='@'><Address>0xFFFFF</Address><pIndex pOffset='One'>One</pIndex>" REGISTER
      "<Endianess>BigEndian</Endianess></IntReg>",

@@ -212,15 +212,35 @@ Table *TableOf(GType type, GType interfaceType)
     return static_cast<Table *>(g_type_interface_peek(g_type_class_ref(type), interfaceType));
 }
 
-/// Aravis takes memory of the length for the register's bytes; without any it gives those on its stack.
+/// The register that a node's bytes lie in: for a StructEntry the StructReg around it.
+ArvGcNode *RegisterOf(ArvGcNode *pNode)
+{
+    return ARV_IS_GC_STRUCT_ENTRY_NODE(pNode) ? ARV_GC_NODE(arv_dom_node_get_parent_node(ARV_DOM_NODE(pNode)))
+                                              : pNode;
+}
+
+bool AreBitsBelow(ArvGcNode *pNode, guint64 nEnd)
+{
+    for (const ArvGcPropertyNodeType type :
+         {ARV_GC_PROPERTY_NODE_TYPE_LSB, ARV_GC_PROPERTY_NODE_TYPE_MSB, ARV_GC_PROPERTY_NODE_TYPE_BIT}) {
+        ArvGcPropertyNode *pBit = PropertyOf(pNode, type);
+        if (pBit != nullptr && g_ascii_strtoull(TextOf(pBit).c_str(), nullptr, 0) >= nEnd)
+            return false;
+    }
+    return true;
+}
+
+/// Aravis takes memory of the length for the register's bytes; without any it gives those on its stack, and
+/// with more than there is the process ends.
 bool HasLength(ArvGcNode *pNode, GError **ppError)
 {
-    if (PropertyOf(pNode, ARV_GC_PROPERTY_NODE_TYPE_P_LENGTH) == nullptr)
+    ArvGcNode *const pRegister = RegisterOf(pNode);
+    if (PropertyOf(pRegister, ARV_GC_PROPERTY_NODE_TYPE_P_LENGTH) == nullptr)
         return true; // looked at before
     constexpr guint64 kLongest = sizeof(gint64);
     GError *pError = nullptr;
-    const guint64 nLength = arv_gc_register_get_length(ARV_GC_REGISTER(pNode), &pError);
-    if (pError == nullptr && (nLength < 1 || nLength > kLongest))
+    const guint64 nLength = arv_gc_register_get_length(ARV_GC_REGISTER(pRegister), &pError);
+    if (pError == nullptr && (nLength < 1 || nLength > kLongest || !AreBitsBelow(pNode, nLength * 8)))
         Report(&pError, pNode);
     if (pError == nullptr)
         return true;
@@ -268,6 +288,27 @@ void InstallRegister(GType type)
     pTable->set_value = WriteRegister<nClass>;
 }
 
+ArvGcFloatInterface floatRegisterFunctions{};
+
+double ReadFloatRegister(ArvGcFloat *pNode, GError **ppError)
+{
+    return HasLength(ARV_GC_NODE(pNode), ppError) ? floatRegisterFunctions.get_value(pNode, ppError) : 0;
+}
+
+void WriteFloatRegister(ArvGcFloat *pNode, double dValue, GError **ppError)
+{
+    if (HasLength(ARV_GC_NODE(pNode), ppError))
+        floatRegisterFunctions.set_value(pNode, dValue, ppError);
+}
+
+void InstallFloatRegister()
+{
+    auto *pTable = TableOf<ArvGcFloatInterface>(ARV_TYPE_GC_FLOAT_REG_NODE, ARV_TYPE_GC_FLOAT);
+    floatRegisterFunctions = *pTable;
+    pTable->get_value = ReadFloatRegister;
+    pTable->set_value = WriteFloatRegister;
+}
+
 // Aravis keeps the attributes of an index to itself.
 decltype(ArvDomElementClass::set_attribute) setIndexAttribute = nullptr;
 
@@ -291,6 +332,8 @@ bool Install()
         TableOf<ArvGcFloatInterface>(ARV_TYPE_GC_CONVERTER_NODE, ARV_TYPE_GC_FLOAT));
     InstallRegister<0>(ARV_TYPE_GC_INT_REG_NODE);
     InstallRegister<1>(ARV_TYPE_GC_MASKED_INT_REG_NODE);
+    InstallRegister<2>(ARV_TYPE_GC_STRUCT_ENTRY_NODE);
+    InstallFloatRegister();
     auto *pIndexClass = ARV_DOM_ELEMENT_CLASS(g_type_class_ref(ARV_TYPE_GC_INDEX_NODE));
     setIndexAttribute = pIndexClass->set_attribute;
     pIndexClass->set_attribute = SetIndexAttribute;
