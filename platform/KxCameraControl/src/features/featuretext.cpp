@@ -26,10 +26,26 @@ bool ParseFloat(const std::string &strText, double &dValue)
     return !strText.empty() && *pEnd == '\0' && std::isfinite(dValue);
 }
 
-std::string FloatText(double dValue)
+int IntegerText(ArvGcNode *pNode, std::string &strValue)
 {
+    GError *pError = nullptr;
+    const std::int64_t nValue = arv_gc_integer_get_value(ARV_GC_INTEGER(pNode), &pError);
+    if (pError != nullptr)
+        return CodeOfError(pError);
+    strValue = std::to_string(nValue);
+    return CheckSign(pNode, nValue);
+}
+
+int FloatText(ArvGcNode *pNode, std::string &strValue)
+{
+    GError *pError = nullptr;
+    const double dValue = arv_gc_float_get_value(ARV_GC_FLOAT(pNode), &pError);
+    if (pError != nullptr)
+        return CodeOfError(pError);
     char text[G_ASCII_DTOSTR_BUF_SIZE];
-    return g_ascii_dtostr(text, sizeof text, dValue);
+    strValue = g_ascii_dtostr(text, sizeof text, dValue);
+    // What could not be loaded again has no place in a file.
+    return std::isfinite(dValue) ? KX_CC_OK : KX_CC_E_FEATURE_VALUE;
 }
 
 /// Entries in the order of the description: Aravis keeps them the other way round.
@@ -86,20 +102,14 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
         return nCode;
     GError *pError = nullptr;
     const char *szText = nullptr;
-    std::int64_t nValue = 0;
-    double dValue = 0;
     switch (kind) {
     case FeatureKind::Integer:
-        nValue = arv_gc_integer_get_value(ARV_GC_INTEGER(pNode), &pError);
-        strValue = std::to_string(nValue);
-        break;
+        return IntegerText(pNode, strValue);
     case FeatureKind::Float:
-        dValue = arv_gc_float_get_value(ARV_GC_FLOAT(pNode), &pError);
-        strValue = FloatText(dValue);
-        break;
+        return FloatText(pNode, strValue);
     case FeatureKind::Boolean:
         strValue = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(pNode), &pError) != FALSE ? "1" : "0";
-        break;
+        return pError == nullptr ? KX_CC_OK : CodeOfError(pError);
     case FeatureKind::Enumeration:
         szText = arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(pNode), &pError);
         break;
@@ -109,16 +119,9 @@ int FeatureAccess::GetText(const std::string &strName, std::string &strValue)
     }
     if (pError != nullptr)
         return CodeOfError(pError);
-    // What could not be loaded again has no place in a file.
-    if (!std::isfinite(dValue))
-        return KX_CC_E_FEATURE_VALUE;
-    if (kind == FeatureKind::Integer)
-        return CheckSign(pNode, nValue);
-    if (kind == FeatureKind::Enumeration || kind == FeatureKind::String) {
-        if (szText == nullptr || std::strpbrk(szText, "\r\n") != nullptr)
-            return KX_CC_E_FEATURE_VALUE; // no such entry, or a text that a line cannot hold
-        strValue = szText;
-    }
+    if (szText == nullptr || std::strpbrk(szText, "\r\n") != nullptr)
+        return KX_CC_E_FEATURE_VALUE; // no such entry, or a text that a line cannot hold
+    strValue = szText;
     // An entry whose number is none would be found for 0.
     if (kind == FeatureKind::Enumeration && !m_check.IsSound(EntryByName(pNode, strValue)))
         return KX_CC_E_FEATURE_BROKEN;
