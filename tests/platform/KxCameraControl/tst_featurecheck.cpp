@@ -214,8 +214,7 @@ const SoundCase kSound[] = {
      "<Endianess>BigEndian</Endianess></IntReg><Integer Name='@L'><Value>4</Value></Integer>",
      0x3C3F786D},
     {"computed length around an entry",
-     "<StructReg Comment='S'><Address>0x100000</Address><pLength>@L</pLength>" PORT
-     "<StructEntry "
+     "<StructReg Comment='S'><Address>0x100000</Address><pLength>@L</pLength>" PORT "<StructEntry "
      "Name='@'><LSB>31</LSB><MSB>16</MSB></StructEntry><Endianess>BigEndian</Endianess></StructReg>"
      "<Integer Name='@L'><Value>4</Value></Integer>",
      0x786D},
