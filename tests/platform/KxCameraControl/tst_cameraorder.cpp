@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include <cstring>
+#include <cstddef>
 
 #include "camera/cameraorder.h"
 
@@ -15,6 +15,12 @@ enum class Order
     After
 };
 
+template <std::size_t N>
+void SetText(unsigned char (&field)[N], const char *szText)
+{
+    qstrncpy(reinterpret_cast<char *>(field), szText, N);
+}
+
 KX_CC_DEVICE_INFO Gige(std::uint32_t nIp, std::uint32_t nMacHigh, std::uint32_t nMacLow,
                        const char *szSerial = "")
 {
@@ -23,7 +29,7 @@ KX_CC_DEVICE_INFO Gige(std::uint32_t nIp, std::uint32_t nMacHigh, std::uint32_t 
     info.nMacAddrHigh = nMacHigh;
     info.nMacAddrLow = nMacLow;
     info.SpecialInfo.stGigEInfo.nCurrentIp = nIp;
-    std::strcpy(reinterpret_cast<char *>(info.SpecialInfo.stGigEInfo.chSerialNumber), szSerial);
+    SetText(info.SpecialInfo.stGigEInfo.chSerialNumber, szSerial);
     return info;
 }
 
@@ -32,9 +38,9 @@ KX_CC_DEVICE_INFO Usb(const char *szGuid, const char *szKey = "", const char *sz
     KX_CC_DEVICE_INFO info = {};
     info.nTransportType = KX_CC_TRANSPORT_USB;
     KX_CC_USB_INFO &usb = info.SpecialInfo.stUsbInfo;
-    std::strcpy(reinterpret_cast<char *>(usb.chDeviceGuid), szGuid);
-    std::strcpy(reinterpret_cast<char *>(usb.chDeviceKey), szKey);
-    std::strcpy(reinterpret_cast<char *>(usb.chSerialNumber), szSerial);
+    SetText(usb.chDeviceGuid, szGuid);
+    SetText(usb.chDeviceKey, szKey);
+    SetText(usb.chSerialNumber, szSerial);
     return info;
 }
 
