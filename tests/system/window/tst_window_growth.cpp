@@ -20,7 +20,7 @@ const int kWarmUp = 20; // what is made once for the process is there by then
 const int kLooks = 10;
 // On a busy machine the allocator keeps up to 4 MB more or less. A real leak adds up to more over 80 batches:
 // the text of a description that each worker forgets comes to 52 MB.
-const qint64 kNoiseKb = 8 * 1024;
+const qint64 kNoiseKb = 8LL * 1024;
 
 } // namespace
 
