@@ -14,7 +14,7 @@
 namespace {
 
 const int kDescriptorsPerWorker = 4; // event dispatcher, socket of its helper, the socket's other end, a file
-const int kProcessesPerWorker = 3;   // its thread, and two of its helper
+const int kProcessesPerWorker = 4;   // its thread, and three of its helper
 
 // For what is not a worker: the log and its rotation, the search, a lookup of the user's name.
 const int kSpareDescriptors = 16;

@@ -7,8 +7,8 @@ class QThread;
 /// How much of the system this process may still take, and threads that may not get their part of it.
 ///
 /// A worker takes, of descriptors, its event dispatcher's, its helper's socket and the file it reads or
-/// writes; of processes, its own thread and the two of its helper. A thread that finds no descriptor for its
-/// event dispatcher ends the whole process, so none may be started then.
+/// writes; of processes, its own thread and the three of its helper. A thread that finds no descriptor for
+/// its event dispatcher ends the whole process, so none may be started then.
 namespace ProcessRoom {
 
 /// How many workers can run at once beside what the process has now; at most kMostWorkers. Ask it while none

@@ -144,9 +144,9 @@ void tst_ProcessRoom::ForWorkers_Processes_GiveTheNumber_data()
     QTest::addColumn<int>("limit"); // one of them is the test's
     QTest::addColumn<int>("workers");
     QTest::newRow("none, but one is tried") << 1 << 1;
-    QTest::newRow("one") << 10 << 1;
-    QTest::newRow("two") << 11 << 2;
-    QTest::newRow("twenty") << 65 << 20;
+    QTest::newRow("one") << 12 << 1;
+    QTest::newRow("two") << 13 << 2;
+    QTest::newRow("twenty") << 85 << 20;
 }
 
 void tst_ProcessRoom::ForWorkers_Processes_GiveTheNumber()
