@@ -31,6 +31,7 @@ private slots:
     void Float_ThroughAConverter_GoesThereAndBack();
     void Address_OfPartsAndIndex_IsTheirSum();
     void Integer_PointerInACircle_HasNoValue();
+    void Integer_ExpressionThatNamesItself_HasNoValue();
     void Integer_DanglingPointer_HasNoValue();
     void Integer_RegisterOfImpossibleLength_HasNoValue_data();
     void Integer_RegisterOfImpossibleLength_HasNoValue();
@@ -149,6 +150,20 @@ void tst_NodeEvaluator::Integer_PointerInACircle_HasNoValue()
     QVERIFY(!evaluator.Integer(map.Find("A")).has_value());
     QVERIFY(!evaluator.SetInteger(map.Find("A"), 1));
     QCOMPARE(evaluator.RegisterOf(map.Find("A")), -1);
+}
+
+void tst_NodeEvaluator::Integer_ExpressionThatNamesItself_HasNoValue()
+{
+    QString error;
+    NodeMap map;
+    QVERIFY(map.Parse(Description("<IntSwissKnife Name=\"A\"><Expression Name=\"E\">E + 1</Expression>"
+                                  "<Formula>E</Formula></IntSwissKnife>"),
+                      &error));
+    RegisterMemory memory;
+    MemoryAccess access(&memory);
+    NodeEvaluator evaluator(map, &access);
+
+    QVERIFY(!evaluator.Integer(map.Find("A")).has_value());
 }
 
 void tst_NodeEvaluator::Integer_DanglingPointer_HasNoValue()

@@ -137,6 +137,9 @@ std::optional<double> NodeEvaluator::FloatVariable(const Node &node, const QByte
 std::optional<double> NodeEvaluator::FormulaValue(const Node &node, const Formula &formula,
                                                   std::optional<double> subject, const char *subjectName)
 {
+    const Level level(&m_nDepth); // an expression of the node may name itself
+    if (level.IsTooDeep())
+        return std::nullopt;
     const auto variable = [&](const QByteArray &name) {
         return FloatVariable(node, name, subject, subjectName);
     };
